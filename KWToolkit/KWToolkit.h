@@ -1,0 +1,12 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+// Everything: the chief header of each room.
+#pragma once
+
+#include <KWToolkit/controls/NSBezierPath+RoundPath.h>
+#include <KWToolkit/hotkeys/KWGlobalHotkeyManager.h>
+#include <KWToolkit/hotkeys/KWHotkeyView.h>
+#include <KWToolkit/platform/Platform.h>
+#include <KWToolkit/runtime/NSObject+BlocksAdditions.h>
+#include <KWToolkit/runtime/NSObject+OBAssociatedObjects.h>
+#include <KWToolkit/runtime/NSObject+Swizzle.h>

@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+// The services of a build without a desktop.
+#include <KWToolkit/platform/DefaultServices.h>
+
+#include <KWToolkit/platform/Platform.h>
+#include <KWToolkit/platform/foundation/BasicRunLoop.h>
+
+namespace kw::detail {
+
+template <>
+std::unique_ptr<HotkeyService> makeDefaultService() {
+    return std::make_unique<UnavailableHotkeyService>();
+}
+
+template <>
+std::unique_ptr<KeyboardLayout> makeDefaultService() {
+    return std::make_unique<UnavailableKeyboardLayout>();
+}
+
+template <>
+std::unique_ptr<Clock> makeDefaultService() {
+    return std::make_unique<SteadyClock>();
+}
+
+template <>
+std::unique_ptr<Console> makeDefaultService() {
+    return std::make_unique<StandardErrorConsole>();
+}
+
+template <>
+std::unique_ptr<RunLoop> makeDefaultService() {
+    return std::make_unique<StandardRunLoop>();
+}
+
+} // namespace kw::detail

@@ -1,0 +1,80 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#include <KWToolkit/platform/Platform.h>
+
+#include <KWToolkit/platform/DefaultServices.h>
+
+#include <type_traits>
+#include <utility>
+
+namespace kw {
+
+namespace detail {
+
+// Declared here so that no translation unit makes one from the template.
+template <>
+std::unique_ptr<HotkeyService> makeDefaultService();
+template <>
+std::unique_ptr<KeyboardLayout> makeDefaultService();
+template <>
+std::unique_ptr<Clock> makeDefaultService();
+template <>
+std::unique_ptr<Console> makeDefaultService();
+template <>
+std::unique_ptr<RunLoop> makeDefaultService();
+
+namespace {
+
+template <class Service>
+struct Choice {
+    std::function<std::unique_ptr<Service>()> build = &makeDefaultService<Service>;
+    Service* override = nullptr;
+};
+
+// Never destroyed: services are used in static destructors, and by leaving threads.
+template <class Service>
+Choice<Service>& choice() {
+    static auto& value = *new Choice<Service>;
+    return value;
+}
+
+} // namespace
+
+template <class Service>
+Service& ServiceSlot<Service>::inUse() {
+    if (Service* const override = choice<Service>().override)
+        return *override;
+    if constexpr (std::is_same_v<Service, RunLoop>) {
+        thread_local const std::unique_ptr<Service> loop = choice<Service>().build();
+        return *loop;
+    } else {
+        static Service& service = *choice<Service>().build().release();
+        return service;
+    }
+}
+
+template <class Service>
+void ServiceSlot<Service>::setFactory(std::function<std::unique_ptr<Service>()> build) {
+    choice<Service>().build = std::move(build);
+}
+
+template <class Service>
+Service* ServiceSlot<Service>::exchangeOverride(Service* service) {
+    return std::exchange(choice<Service>().override, service);
+}
+
+template struct ServiceSlot<HotkeyService>;
+template struct ServiceSlot<KeyboardLayout>;
+template struct ServiceSlot<Clock>;
+template struct ServiceSlot<Console>;
+template struct ServiceSlot<RunLoop>;
+
+} // namespace detail
+
+HotkeyService& Platform::hotkeys() { return detail::ServiceSlot<HotkeyService>::inUse(); }
+KeyboardLayout& Platform::keyboardLayout() { return detail::ServiceSlot<KeyboardLayout>::inUse(); }
+Clock& Platform::clock() { return detail::ServiceSlot<Clock>::inUse(); }
+Console& Platform::console() { return detail::ServiceSlot<Console>::inUse(); }
+RunLoop& Platform::runLoop() { return detail::ServiceSlot<RunLoop>::inUse(); }
+
+} // namespace kw

@@ -1,0 +1,88 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <KWToolkit/platform/Export.h>
+#include <KWToolkit/platform/services/Clock.h>
+#include <KWToolkit/platform/services/Console.h>
+#include <KWToolkit/platform/services/HotkeyService.h>
+#include <KWToolkit/platform/services/KeyboardLayout.h>
+#include <KWToolkit/platform/services/RunLoop.h>
+
+#include <functional>
+#include <memory>
+
+namespace kw {
+
+/// The services in use. Each is built when it is first asked for and lives until the process ends,
+/// so a host sets nothing up. A facility asks anew at each use and keeps none.
+class KW_EXPORT Platform {
+public:
+    static HotkeyService& hotkeys();
+    static KeyboardLayout& keyboardLayout();
+    static Clock& clock();
+    static Console& console();
+    /// The calling thread's loop. Other services have one instance a process, this one a thread.
+    static RunLoop& runLoop();
+};
+
+/// Puts another service in use until the scope ends. The service is not owned. Scopes nest and end
+/// in reverse order, on the main thread.
+///
+///     kw::HeadlessHotkeyService hotkeys;
+///     const kw::ServiceScope scope(hotkeys);
+template <class Service>
+class ServiceScope;
+
+/// Makes `build` the way a service is built from now on; one that is in use stays. A host's
+/// libraries call it while they are loaded.
+template <class Service>
+void setServiceFactory(std::function<std::unique_ptr<Service>()> build);
+
+namespace detail {
+
+template <class Service>
+struct KW_EXPORT ServiceSlot {
+    static Service& inUse();
+    static void setFactory(std::function<std::unique_ptr<Service>()> build);
+    /// Returns the former override, null where there was none.
+    static Service* exchangeOverride(Service* service);
+};
+
+extern template struct ServiceSlot<HotkeyService>;
+extern template struct ServiceSlot<KeyboardLayout>;
+extern template struct ServiceSlot<Clock>;
+extern template struct ServiceSlot<Console>;
+extern template struct ServiceSlot<RunLoop>;
+
+// The port behind a service class: what the class itself or the base of it has a slot for.
+HotkeyService& portOf(HotkeyService&);
+KeyboardLayout& portOf(KeyboardLayout&);
+Clock& portOf(Clock&);
+Console& portOf(Console&);
+RunLoop& portOf(RunLoop&);
+template <class Service>
+using PortOf = std::remove_reference_t<decltype(portOf(std::declval<Service&>()))>;
+
+} // namespace detail
+
+template <class Service>
+class ServiceScope {
+public:
+    explicit ServiceScope(Service& service)
+        : m_former(Slot::exchangeOverride(&service)) { }
+    ~ServiceScope() { Slot::exchangeOverride(m_former); }
+    ServiceScope(const ServiceScope&) = delete;
+    ServiceScope& operator=(const ServiceScope&) = delete;
+
+private:
+    using Slot = detail::ServiceSlot<detail::PortOf<Service>>;
+    detail::PortOf<Service>* m_former;
+};
+
+template <class Service>
+void setServiceFactory(std::function<std::unique_ptr<Service>()> build) {
+    detail::ServiceSlot<Service>::setFactory(std::move(build));
+}
+
+} // namespace kw

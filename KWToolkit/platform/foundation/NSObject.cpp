@@ -1,0 +1,67 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#include <KWToolkit/platform/foundation/NSObject.h>
+
+#include <KWToolkit/platform/foundation/NSException.h>
+#include <KWToolkit/platform/foundation/ObjectExtras.h>
+
+#include <cxxabi.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace kw {
+
+namespace {
+
+std::string methodName(const NSObject& receiver, SEL selector) {
+    return "-[" + receiver.isa().name() + " " + selector.name() + "]";
+}
+
+std::string readableTypeName(const char* typeName) {
+    int status = 0;
+    const std::unique_ptr<char, decltype(&std::free)> readable(
+        abi::__cxa_demangle(typeName, nullptr, nullptr, &status), &std::free);
+    return status == 0 ? readable.get() : typeName;
+}
+
+} // namespace
+
+NSObject::~NSObject() { detail::ObjectExtras::destroy(*this); }
+
+Class& NSObject::classObject() {
+    static auto& object = *new Class("NSObject", nullptr, {});
+    return object;
+}
+
+Class& NSObject::isa() const { return classObject(); }
+
+void NSObject::performSelector(SEL selector) { send(*this, selector); }
+
+namespace detail {
+
+void throwUnrecognizedSelector(const NSObject& receiver, SEL selector) {
+    char address[32];
+    std::snprintf(address, sizeof address, "%p", static_cast<const void*>(&receiver));
+    throw NSException(NSInvalidArgumentException,
+        methodName(receiver, selector) + ": unrecognized selector sent to instance " + address);
+}
+
+void throwSignatureMismatch(const NSObject& receiver, SEL selector,
+    const Implementation& implementation, const std::string& sentReturn,
+    const std::string& sentArguments) {
+    throw NSException(NSInvalidArgumentException,
+        methodName(receiver, selector) + ": the method's encoding is "
+            + implementation.returnEncoding() + implementation.argumentsEncoding()
+            + ", the message's is " + sentReturn + sentArguments);
+}
+
+void throwWrongClass(const NSObject* object, const char* expectedTypeName) {
+    throw NSException(NSInvalidArgumentException,
+        (object ? "an object of class " + object->isa().name() : std::string("no object"))
+            + " was sent where a " + readableTypeName(expectedTypeName) + " is needed");
+}
+
+} // namespace detail
+
+} // namespace kw

@@ -1,0 +1,74 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <KWToolkit/platform/Export.h>
+#include <KWToolkit/platform/foundation/Class.h>
+#include <KWToolkit/platform/foundation/SEL.h>
+
+#include <atomic>
+#include <memory>
+
+namespace kw {
+
+namespace detail {
+struct ObjectExtras;
+}
+
+/// The base of everything that can be a target, a delegate, a listener, an observed object or the
+/// owner of associated values.
+///
+/// An object may live anywhere: on the stack, in a member, in a `std::shared_ptr`. Owning it by
+/// `std::shared_ptr` adds one thing: whoever refers to it weakly can keep it alive while using it.
+///
+/// A class that takes messages by name lists them once and says which class it is:
+///
+///     class Player : public kw::NSObject {
+///     public:
+///         void toggle();
+///         void open(const std::string& file);
+///
+///         static kw::Class& classObject() {
+///             static kw::Class object("Player", kw::NSObject::classObject(), {
+///                 kw::method("toggle", &Player::toggle),
+///                 kw::method("open:", &Player::open),
+///             });
+///             return object;
+///         }
+///         kw::Class& isa() const override { return classObject(); }
+///     };
+class KW_EXPORT NSObject : public std::enable_shared_from_this<NSObject> {
+public:
+    NSObject() = default;
+    NSObject(const NSObject&) = delete;
+    NSObject& operator=(const NSObject&) = delete;
+
+    /// Clears the weak references to the object, then releases its associated values.
+    virtual ~NSObject();
+
+    /// The root class. It has no methods.
+    static Class& classObject();
+
+    /// The class of this object. Override it together with a static `classObject`.
+    virtual Class& isa() const;
+
+    bool isKindOfClass(const Class& cls) const { return isa().isSubclassOfClass(cls); }
+
+    /// Whether the object has a method of this name, its own or inherited.
+    bool respondsToSelector(SEL selector) const {
+        return isa().instanceMethod(selector) != nullptr;
+    }
+
+    /// Sends a message without arguments and drops what it returns. Fails like `send`.
+    void performSelector(SEL selector);
+
+private:
+    friend struct detail::ObjectExtras;
+
+    // What few objects have (weak references, associated values), made on first use.
+    std::atomic<detail::ObjectExtras*> m_extras = nullptr;
+};
+
+} // namespace kw
+
+#include <KWToolkit/platform/foundation/Message.h>

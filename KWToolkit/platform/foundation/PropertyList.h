@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <concepts>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace kw {
+
+class PropertyValue;
+
+/// A string-keyed map of property values: what a host keeps in its defaults.
+using PropertyMap = std::map<std::string, PropertyValue>;
+using PropertyList = std::vector<PropertyValue>;
+
+/// A boolean, an integer, a real number, a string, a list or a map.
+///
+/// The kinds stay apart: the integer 1 is not the boolean true. The getters answer null for a value
+/// of another kind.
+class PropertyValue {
+public:
+    PropertyValue(bool value)
+        : m_value(value) { }
+    template <std::integral T>
+        requires(!std::same_as<T, bool>)
+    PropertyValue(T value)
+        : m_value(static_cast<std::int64_t>(value)) { }
+    PropertyValue(double value)
+        : m_value(value) { }
+    PropertyValue(std::string value)
+        : m_value(std::move(value)) { }
+    PropertyValue(const char* value)
+        : m_value(std::string(value)) { }
+    PropertyValue(PropertyList value)
+        : m_value(std::move(value)) { }
+    PropertyValue(PropertyMap value)
+        : m_value(std::move(value)) { }
+
+    const bool* boolean() const { return std::get_if<bool>(&m_value); }
+    const std::int64_t* integer() const { return std::get_if<std::int64_t>(&m_value); }
+    const double* real() const { return std::get_if<double>(&m_value); }
+    const std::string* string() const { return std::get_if<std::string>(&m_value); }
+    const PropertyList* list() const { return std::get_if<PropertyList>(&m_value); }
+    const PropertyMap* map() const { return std::get_if<PropertyMap>(&m_value); }
+
+    friend bool operator==(const PropertyValue&, const PropertyValue&) = default;
+
+private:
+    std::variant<bool, std::int64_t, double, std::string, PropertyList, PropertyMap> m_value;
+};
+
+} // namespace kw

@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <KWToolkit/platform/Export.h>
+#include <KWToolkit/platform/graphics/NSBezierPath.h>
+#include <KWToolkit/platform/graphics/NSColor.h>
+#include <KWToolkit/platform/graphics/NSFont.h>
+#include <KWToolkit/platform/graphics/NSGeometry.h>
+#include <KWToolkit/platform/graphics/NSGradient.h>
+#include <KWToolkit/platform/graphics/NSShadow.h>
+
+#include <optional>
+#include <string_view>
+
+namespace kw {
+
+/// How text looks.
+struct TextAttributes {
+    NSFont font;
+    NSColor color = NSColor::blackColor();
+    std::optional<NSShadow> shadow; ///< of the text alone, besides the context's own
+    friend bool operator==(const TextAttributes&, const TextAttributes&) = default;
+};
+
+/// Where a view draws. Coordinates are the view's own. Texts are UTF-8.
+class KW_EXPORT NSGraphicsContext {
+public:
+    virtual ~NSGraphicsContext();
+
+    virtual void saveGraphicsState() = 0;
+    virtual void restoreGraphicsState() = 0;
+
+    virtual void setFillColor(const NSColor& color) = 0;
+    virtual void setStrokeColor(const NSColor& color) = 0;
+    /// Puts a shadow under everything that is drawn until the state is restored.
+    virtual void setShadow(const NSShadow& shadow) = 0;
+
+    /// Fills a path with the fill color.
+    virtual void fill(const NSBezierPath& path) = 0;
+    /// Strokes a path with the stroke color, in the path's line width, centered on the outline.
+    virtual void stroke(const NSBezierPath& path) = 0;
+    /// Fills a path with a gradient whose line crosses the path's bounds at `angle` degrees,
+    /// counter-clockwise where y is up: at 0 from left to right, at -90 from top to bottom. The line
+    /// is just long enough for its first and last color to lie on the bounds' corners.
+    virtual void drawGradient(const NSGradient& gradient, const NSBezierPath& path, double angle)
+        = 0;
+
+    /// What `drawText` covers, on one line for each line of the text.
+    virtual NSSize sizeOfText(std::string_view text, const TextAttributes& attributes) = 0;
+    /// Draws a text whose box has its origin (lower left where y is up) at `origin`.
+    virtual void drawText(
+        std::string_view text, NSPoint origin, const TextAttributes& attributes)
+        = 0;
+};
+
+} // namespace kw

@@ -1,0 +1,83 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <KWToolkit/platform/graphics/NSGraphicsContext.h>
+
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace kw {
+
+/// Keeps what is drawn as plain values, in order.
+class KW_EXPORT RecordingGraphicsContext final : public NSGraphicsContext {
+public:
+    struct SaveState {
+        friend bool operator==(const SaveState&, const SaveState&) = default;
+    };
+    struct RestoreState {
+        friend bool operator==(const RestoreState&, const RestoreState&) = default;
+    };
+    struct SetFillColor {
+        NSColor color;
+        friend bool operator==(const SetFillColor&, const SetFillColor&) = default;
+    };
+    struct SetStrokeColor {
+        NSColor color;
+        friend bool operator==(const SetStrokeColor&, const SetStrokeColor&) = default;
+    };
+    struct SetShadow {
+        NSShadow shadow;
+        friend bool operator==(const SetShadow&, const SetShadow&) = default;
+    };
+    struct Fill {
+        NSBezierPath path;
+        friend bool operator==(const Fill&, const Fill&) = default;
+    };
+    struct Stroke {
+        NSBezierPath path;
+        friend bool operator==(const Stroke&, const Stroke&) = default;
+    };
+    struct DrawGradient {
+        NSGradient gradient;
+        NSBezierPath path;
+        double angle;
+        friend bool operator==(const DrawGradient&, const DrawGradient&) = default;
+    };
+    struct DrawText {
+        std::string text;
+        NSPoint origin;
+        TextAttributes attributes;
+        friend bool operator==(const DrawText&, const DrawText&) = default;
+    };
+    using Call = std::variant<SaveState, RestoreState, SetFillColor, SetStrokeColor, SetShadow,
+        Fill, Stroke, DrawGradient, DrawText>;
+
+    const std::vector<Call>& calls() const { return m_calls; }
+
+    void saveGraphicsState() override { m_calls.push_back(SaveState {}); }
+    void restoreGraphicsState() override { m_calls.push_back(RestoreState {}); }
+    void setFillColor(const NSColor& color) override { m_calls.push_back(SetFillColor {color}); }
+    void setStrokeColor(const NSColor& color) override {
+        m_calls.push_back(SetStrokeColor {color});
+    }
+    void setShadow(const NSShadow& shadow) override { m_calls.push_back(SetShadow {shadow}); }
+    void fill(const NSBezierPath& path) override { m_calls.push_back(Fill {path}); }
+    void stroke(const NSBezierPath& path) override { m_calls.push_back(Stroke {path}); }
+    void drawGradient(
+        const NSGradient& gradient, const NSBezierPath& path, double angle) override {
+        m_calls.push_back(DrawGradient {gradient, path, angle});
+    }
+    /// Every character is half the font size wide and the line 1.25 font sizes high.
+    NSSize sizeOfText(std::string_view text, const TextAttributes& attributes) override;
+    void drawText(
+        std::string_view text, NSPoint origin, const TextAttributes& attributes) override {
+        m_calls.push_back(DrawText {std::string(text), origin, attributes});
+    }
+
+private:
+    std::vector<Call> m_calls;
+};
+
+} // namespace kw

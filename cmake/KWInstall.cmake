@@ -1,0 +1,36 @@
+# SPDX-FileCopyrightText: 2026 The KWToolkit authors
+# SPDX-License-Identifier: MIT
+#
+# What `cmake --install` lays out: libraries, headers, the CMake package and pkg-config files.
+include(CMakePackageConfigHelpers)
+
+set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/KWToolkit")
+
+# kw_install(<target> <component> <pkg-config requirements>)
+function(kw_install target component requires)
+    install(TARGETS ${target} EXPORT KWToolkit${component}Targets
+        LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+        FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
+    install(EXPORT KWToolkit${component}Targets NAMESPACE KWToolkit::
+        DESTINATION "${package_dir}")
+    set(PC_NAME ${target})
+    set(PC_REQUIRES "${requires}")
+    configure_file("${PROJECT_SOURCE_DIR}/cmake/library.pc.in"
+        "${PROJECT_BINARY_DIR}/${target}.pc" @ONLY)
+    install(FILES "${PROJECT_BINARY_DIR}/${target}.pc"
+        DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+endfunction()
+
+kw_install(KWToolkit Core "")
+if(KW_QT)
+    kw_install(KWToolkitQt Qt "KWToolkit = ${PROJECT_VERSION}, Qt6Widgets")
+endif()
+
+configure_package_config_file(cmake/KWToolkitConfig.cmake.in
+    "${PROJECT_BINARY_DIR}/KWToolkitConfig.cmake" INSTALL_DESTINATION "${package_dir}")
+write_basic_package_version_file("${PROJECT_BINARY_DIR}/KWToolkitConfigVersion.cmake"
+    COMPATIBILITY SameMinorVersion)
+install(FILES
+    "${PROJECT_BINARY_DIR}/KWToolkitConfig.cmake"
+    "${PROJECT_BINARY_DIR}/KWToolkitConfigVersion.cmake"
+    DESTINATION "${package_dir}")
