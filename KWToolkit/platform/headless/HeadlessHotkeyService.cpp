@@ -9,8 +9,8 @@ namespace kw {
 namespace {
 
 constexpr std::uint32_t largestKeyCode = 255;
-constexpr std::uint32_t knownModifiers
-    = hotkeyCommandMask | hotkeyShiftMask | hotkeyOptionMask | hotkeyControlMask;
+constexpr std::uint32_t knownModifiers =
+    hotkeyCommandMask | hotkeyShiftMask | hotkeyOptionMask | hotkeyControlMask;
 
 } // namespace
 

@@ -27,8 +27,7 @@ TEST(RoundPath, SharpOutlineShowsTheGrid) {
     } rows[] = {
         {"no border", NSMakeRect(0, 0, 100, 20), 0,
             {{50, 0}, {100, 0}, {100, 20}, {0, 20}, {0.5, 0.5}}},
-        {"border", NSMakeRect(0, 0, 100, 20), 2,
-            {{50, 1}, {99, 1}, {99, 19}, {1, 19}, {1.5, 1.5}}},
+        {"border", NSMakeRect(0, 0, 100, 20), 2, {{50, 1}, {99, 1}, {99, 19}, {1, 19}, {1.5, 1.5}}},
         {"fractions snap outward", NSMakeRect(0.3, 0.3, 10.4, 10.4), 0,
             {{6, 0}, {11, 0}, {11, 11}, {0, 11}, {0.5, 0.5}}},
         {"negative origins truncate toward zero", NSMakeRect(-10, -10, 20, 20), 0,

@@ -105,14 +105,12 @@ TEST_F(HotkeyRecordTest, ReadsWhateverAHostKept) {
     } rows[] = {
         {"empty", {}, {}},
         {"key code 0 is a key", {{"KWKeycodeValue", 0}}, {.hasKey = true}},
-        {"a key without a number",
-            {{"KWKeycodeValue", "K"}, {"KWHotkeyValue", PropertyList()}}, {.hasKey = true}},
+        {"a key without a number", {{"KWKeycodeValue", "K"}, {"KWHotkeyValue", PropertyList()}},
+            {.hasKey = true}},
         {"numbers are no booleans", {{"KWCmdModifier", 1}, {"KWShiftModifier", "true"}}, {}},
-        {"integers are reduced",
-            {{"KWKeycodeValue", 0x10028}, {"KWHotkeyValue", -1}},
+        {"integers are reduced", {{"KWKeycodeValue", 0x10028}, {"KWHotkeyValue", -1}},
             {.hasKey = true, .keycode = 0x28, .character = 0xFFFF}},
-        {"extra entries",
-            {{"KWAltModifier", true}, {"KWHotkeyValue", 'k'}, {"x", PropertyMap()}},
+        {"extra entries", {{"KWAltModifier", true}, {"KWHotkeyValue", 'k'}, {"x", PropertyMap()}},
             {.character = u'k', .option = true}},
     };
     for (const auto& row : rows)

@@ -21,7 +21,7 @@ public:
             {
                 method("quit", [](Host& host) { host.perform("quit"); }),
                 method("toggle", [](Host& host) { host.perform("toggle"); }),
-                method("open:", [](Host&, const std::string&) { }),
+                method("open:", [](Host&, const std::string&) {}),
             });
         return object;
     }
@@ -72,10 +72,8 @@ TEST_F(ManagerTest, KeysAreTheKeyCodePlusTheMask) {
         bool command, control, option, shift;
         std::uint16_t key;
     } rows[] = {
-        {40, true, false, false, true, 0x0328},
-        {40, false, false, false, false, 0x0028},
-        {40, false, true, false, false, 0x1028},
-        {40, false, false, true, false, 0x0828},
+        {40, true, false, false, true, 0x0328}, {40, false, false, false, false, 0x0028},
+        {40, false, true, false, false, 0x1028}, {40, false, false, true, false, 0x0828},
         {0, true, true, true, true, 0x1B00},
         {0x10028, false, false, false, false, 0x0028}, // reduced to 16 bits
         {0x0128, true, false, false, false, 0x0228}, // an addition, not a bitwise or
@@ -130,8 +128,9 @@ TEST_F(ManagerTest, RefusedCombinationsStayRegistered) {
     service.setHeldElsewhere({40, hotkeyCommandMask}, true);
     manager.registerHotkey(40, SEL("quit"), host, true, false, false, false);
     manager.registerHotkey(256, SEL("quit"), host, true, false, false, false);
-    const auto status
-        = [this](std::uint32_t code) { return manager.statusOfHotkey(code, true, 0, 0, 0); };
+    const auto status = [this](std::uint32_t code) {
+        return manager.statusOfHotkey(code, true, 0, 0, 0);
+    };
     EXPECT_EQ(status(40), HotkeyStatus::heldElsewhere);
     EXPECT_EQ(status(256), HotkeyStatus::unsupported);
     EXPECT_EQ(status(41), std::nullopt);
@@ -180,8 +179,8 @@ TEST_F(ManagerTest, ActionsMayChangeTheRegistrations) {
     press();
     EXPECT_EQ(host.performed, (std::vector<std::string> {"quit", "quit", "toggle"}));
 
-    manager.registerHotkey(1, {"x", [&] { manager.unregisterHotkey(1, true, 0, 0, 0); }}, true,
-        false, false, false);
+    manager.registerHotkey(
+        1, {"x", [&] { manager.unregisterHotkey(1, true, 0, 0, 0); }}, true, false, false, false);
     press();
     EXPECT_EQ(registration(0x0101), nullptr);
 }
@@ -247,10 +246,7 @@ TEST_F(ManagerTest, TheIdentifierCarriesTheActionsName) {
         const char* action;
         char bytes[5];
     } rows[] = {
-        {"quitNow", "quit"},
-        {"go", "go\0\0"},
-        {"", "\0\0\0\0"},
-        {"Äpfel", "\x80pfe"},
+        {"quitNow", "quit"}, {"go", "go\0\0"}, {"", "\0\0\0\0"}, {"Äpfel", "\x80pfe"},
         {"open✓", "\0\0\0\0"}, // one character without a form, and there is none for the name
     };
     for (const auto& row : rows) {

@@ -23,12 +23,14 @@ public:
     static Class& classObject() {
         static Class object("Delegate", NSObject::classObject(),
             {
-                method("hotkeyViewWillChangeHotkey:", [](Delegate& d, KWHotkeyView&) { d.log += "will "; }),
+                method("hotkeyViewWillChangeHotkey:",
+                    [](Delegate& d, KWHotkeyView&) { d.log += "will "; }),
                 method("hotkeyViewChangedHotkey:",
                     [](Delegate& d, KWHotkeyView& view) {
                         d.log += "changed:" + view.renderHotkeyDict(*view.registeredHotkey()) + " ";
                     }),
-                method("hotkeyViewUndoLastChanges:", [](Delegate& d, KWHotkeyView&) { d.log += "undo "; }),
+                method("hotkeyViewUndoLastChanges:",
+                    [](Delegate& d, KWHotkeyView&) { d.log += "undo "; }),
                 method("hotkeyViewRemovedHotkey:",
                     [](Delegate& d, KWHotkeyView& view) {
                         d.log += view.registeredHotkey() ? "removed " : "removed(none) ";
@@ -130,8 +132,8 @@ TEST_F(KWHotkeyViewTest, KeysWhileArmed) {
     } rows[] = {
         {"shift alone is ignored", "K", shift, "", before, true},
         {"no modifier is ignored", "k", 0, "", before, true},
-        {"other flags do not qualify", "k", NSEventModifierFlagCapsLock | NSEventModifierFlagFunction,
-            "", before, true},
+        {"other flags do not qualify", "k",
+            NSEventModifierFlagCapsLock | NSEventModifierFlagFunction, "", before, true},
         {"a dead key is ignored", "", command, "", before, true},
         {"bad bytes are ignored", "\xFF", command, "", before, true},
         {"control and shift", "K", control | shift, "changed:⇧ ⌃ K ", "⇧ ⌃ K", false},
@@ -240,13 +242,13 @@ TEST_F(KWHotkeyViewTest, DrawsInOrderCenteredOnTheGivenRectangle) {
 
     const NSBezierPath outline = roundBezierPath(rect, 10, 4);
     const NSFont font = NSFont::boldSystemFontOfSize(14);
-    const TextAttributes face {font, NSColor::whiteColor(),
-        NSShadow {rgb(0.3, 0.3, 0.3), {0, 0}, 3}};
+    const TextAttributes face {
+        font, NSColor::whiteColor(), NSShadow {rgb(0.3, 0.3, 0.3), {0, 0}, 3}};
     const TextAttributes engraving {font, rgb(0.11, 0.16, 0.23, 0.5), std::nullopt};
     const std::string text = "Click to set a hotkey"; // 21 characters of 7, 17.5 high
     const NSPoint origin {10 + 50 - 73.5, 20 + 20 - 8.75};
-    const NSGradient gradient {{rgb(0.72, 0.78, 0.87), 0}, {rgb(0.5, 0.54, 0.6), 0.04},
-        {rgb(0.42, 0.47, 0.53), 0.8}};
+    const NSGradient gradient {
+        {rgb(0.72, 0.78, 0.87), 0}, {rgb(0.5, 0.54, 0.6), 0.04}, {rgb(0.42, 0.47, 0.53), 0.8}};
     const std::vector<Recording::Call> expected {
         Recording::DrawGradient {gradient, outline, -90},
         Recording::SetStrokeColor {rgb(0.13, 0.16, 0.2, 0.7)},

@@ -54,8 +54,8 @@ TEST(NSBezierPath, TangentArcsLieOnTheirCircle) {
         for (std::size_t i = 2; i < path.segments().size(); ++i) {
             ASSERT_EQ(path.segments()[i].element, Element::curveTo);
             for (double t = 0; t <= 1; t += 0.125) {
-                const NSPoint point
-                    = pointOnCurve(path.segments()[i - 1].point, path.segments()[i], t);
+                const NSPoint point =
+                    pointOnCurve(path.segments()[i - 1].point, path.segments()[i], t);
                 EXPECT_NEAR(std::hypot(point.x - arc.center.x, point.y - arc.center.y),
                     std::abs(arc.radius), std::abs(arc.radius) * 3e-4);
             }
@@ -68,8 +68,7 @@ TEST(NSBezierPath, DegenerateArcsAreALineToTheCorner) {
         NSPoint corner, to;
         double radius;
     } rows[] = {
-        {{10, 0}, {10, 10}, 0},
-        {{10, 0}, {20, 0}, 4}, // straight on
+        {{10, 0}, {10, 10}, 0}, {{10, 0}, {20, 0}, 4}, // straight on
         {{10, 0}, {5, 0}, 4}, // straight back
         {{0, 0}, {10, 10}, 4}, // the corner is where the pen is
         {{10, 0}, {10, 0}, 4}, // no direction to leave by

@@ -57,8 +57,7 @@ TEST_F(NSViewTest, RedrawRequestsReachTheHostInItsCoordinates) {
     inner->setNeedsDisplay();
     inner->setNeedsDisplayInRect(NSMakeRect(-5, -5, 10, 10));
     inner->setNeedsDisplayInRect(NSMakeRect(30, 0, 10, 10));
-    EXPECT_EQ(host.dirty,
-        (std::vector {NSMakeRect(15, 65, 20, 10), NSMakeRect(15, 65, 5, 5)}));
+    EXPECT_EQ(host.dirty, (std::vector {NSMakeRect(15, 65, 20, 10), NSMakeRect(15, 65, 5, 5)}));
 }
 
 TEST_F(NSViewTest, TheHostLetsGoOfViewsThatLeave) {
