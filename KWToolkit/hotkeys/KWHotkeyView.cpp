@@ -4,6 +4,7 @@
 
 #include <KWToolkit/controls/NSBezierPath+RoundPath.h>
 #include <KWToolkit/hotkeys/NSEvent+ModifierKeys.h>
+#include <KWToolkit/platform/foundation/Message.h>
 #include <KWToolkit/platform/foundation/Unicode.h>
 
 namespace kw {

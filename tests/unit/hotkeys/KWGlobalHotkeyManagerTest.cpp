@@ -3,6 +3,7 @@
 #include <KWToolkit/hotkeys/HotkeySuspension.h>
 #include <KWToolkit/hotkeys/KWGlobalHotkeyManager.h>
 #include <KWToolkit/platform/Platform.h>
+#include <KWToolkit/platform/foundation/Message.h>
 #include <KWToolkit/platform/foundation/NSException.h>
 #include <KWToolkit/platform/headless/HeadlessHotkeyService.h>
 

@@ -3,6 +3,7 @@
 #include <KWToolkit/controls/NSBezierPath+RoundPath.h>
 #include <KWToolkit/hotkeys/KWHotkeyView.h>
 #include <KWToolkit/platform/Platform.h>
+#include <KWToolkit/platform/foundation/Message.h>
 #include <KWToolkit/platform/headless/HeadlessHotkeyService.h>
 #include <KWToolkit/platform/headless/HeadlessKeyboardLayout.h>
 #include <KWToolkit/platform/headless/RecordingGraphicsContext.h>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The KWToolkit authors
 // SPDX-License-Identifier: MIT
+#include <KWToolkit/platform/foundation/Message.h>
 #include <KWToolkit/platform/foundation/NSException.h>
-#include <KWToolkit/platform/foundation/NSObject.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The KWToolkit authors
 // SPDX-License-Identifier: MIT
 #include <KWToolkit/platform/Platform.h>
+#include <KWToolkit/platform/foundation/Message.h>
 #include <KWToolkit/platform/foundation/NSAssertionHandler.h>
 #include <KWToolkit/platform/foundation/NSException.h>
 #include <KWToolkit/platform/headless/HeadlessConsole.h>
