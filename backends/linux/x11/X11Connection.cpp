@@ -53,6 +53,10 @@ X11Connection::X11Connection(xcb_connection_t* xcb) : m_xcb(xcb) {
 
 X11Connection::~X11Connection() { xcb_disconnect(m_xcb); }
 
+void X11Connection::synchronize() {
+    xcbReply(xcb_get_input_focus_reply, m_xcb, xcb_get_input_focus(m_xcb));
+}
+
 XcbPointer<xcb_generic_event_t> X11Connection::nextEvent() {
     return XcbPointer<xcb_generic_event_t>(xcb_poll_for_event(m_xcb));
 }

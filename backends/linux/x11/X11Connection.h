@@ -30,6 +30,8 @@ public:
     /// The XKB device that stands for all keyboards.
     int keyboard() const { return m_keyboard; }
 
+    /// Returns once the server has done all that was asked of it.
+    void synchronize();
     /// The next event that has arrived, null for none yet.
     XcbPointer<xcb_generic_event_t> nextEvent();
 

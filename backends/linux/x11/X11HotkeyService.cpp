@@ -65,6 +65,7 @@ void X11HotkeyService::unregisterEventHotKey(EventHotKeyRef hotkey) {
     if (found->second.isGrabbed)
         ungrab(found->second);
     m_hotkeys.erase(found);
+    schedule(m_passTimer, 0, &X11HotkeyService::pass);
 }
 
 HotkeyStatus X11HotkeyService::status(EventHotKeyRef hotkey) const {
@@ -161,7 +162,7 @@ void X11HotkeyService::ungrab(Hotkey& hotkey) {
         for (const std::uint16_t bits : m_modifiers.bitsWithLocks(hotkey.bits))
             xcb_ungrab_key(*m_connection, hotkey.keyCode, root, bits);
     }
-    xcb_flush(*m_connection);
+    m_connection->synchronize();
 }
 
 void X11HotkeyService::ungrabAll() {
@@ -169,7 +170,7 @@ void X11HotkeyService::ungrabAll() {
         hotkey.isGrabbed = false;
     for (const xcb_window_t root : m_connection->rootWindows())
         xcb_ungrab_key(*m_connection, XCB_GRAB_ANY, root, XCB_MOD_MASK_ANY);
-    xcb_flush(*m_connection);
+    m_connection->synchronize();
 }
 
 void X11HotkeyService::pass() {

@@ -21,7 +21,8 @@ namespace kw {
 ///
 /// Key codes are the server's own, 8 to 255. Command is Super, Option is Alt, wherever the modifier
 /// mapping has them; locks do not matter. What another client holds is tried again every two
-/// seconds and when the mapping changes; a display that is missing or lost, every two seconds.
+/// seconds and when the mapping changes; a display that is missing or lost, every two seconds. What
+/// is given back is free for others when the call returns.
 class KW_EXPORT X11HotkeyService final : public HotkeyService {
 public:
     /// The display is named as in DISPLAY; an empty name is what DISPLAY says. Events are read by
