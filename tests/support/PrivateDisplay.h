@@ -4,7 +4,9 @@
 
 #include <tests/support/ChildProcess.h>
 
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace kw::test {
 
@@ -18,9 +20,13 @@ public:
     const std::string& name() const { return m_name; }
     /// Ends the server at once, as a crash would.
     void kill();
+    /// Begins a new server of the same name after `kill`.
+    void restart();
 
 private:
-    ChildProcess m_server;
+    void start(const std::vector<std::string>& arguments);
+
+    std::optional<ChildProcess> m_server;
     std::string m_name;
 };
 
