@@ -79,6 +79,11 @@ protected:
         ASSERT_TRUE(pumpUntil([&] { return happened++ == 15; }));
     }
 
+    /// Runs the loop until nothing is left to do, such as looking after a key that is held down.
+    void becomeIdle() {
+        ASSERT_TRUE(pumpUntil([] { return !Platform::runLoop().runOnce(0.1); }));
+    }
+
     PrivateDisplay display;
     KeyInjector user {display.name()};
     X11HotkeyService service {display.name()};
@@ -226,15 +231,14 @@ TEST_F(X11HotkeyServiceTest, TellsEachPressOnce) {
     user.press(XKB_KEY_k);
     user.press(XKB_KEY_j);
     user.release(XKB_KEY_k);
-    letRepeat();
     user.release(XKB_KEY_j);
     releaseModifiers();
     settle();
     EXPECT_EQ(presses, 4);
-    EXPECT_TRUE(pumpUntil([&] {
-        type(XKB_KEY_j);
-        return presses > 4;
-    }));
+    becomeIdle();
+    type(XKB_KEY_j);
+    settle();
+    EXPECT_EQ(presses, 5);
 }
 
 TEST_F(X11HotkeyServiceTest, AKeyThatIsDownAlreadyIsNoPress) {
@@ -264,10 +268,10 @@ TEST_F(X11HotkeyServiceTest, AKeyThatIsDownAlreadyIsNoPress) {
     registerHotkey(XKB_KEY_k, count);
     user.release(XKB_KEY_k);
     releaseModifiers();
-    EXPECT_TRUE(pumpUntil([&] {
-        type(XKB_KEY_k);
-        return presses > 1;
-    }));
+    becomeIdle();
+    type(XKB_KEY_k);
+    settle();
+    EXPECT_EQ(presses, 2);
 }
 
 TEST_F(X11HotkeyServiceTest, LetsKeysGoWhileSuspended) {
@@ -311,17 +315,25 @@ TEST_F(X11HotkeyServiceTest, FollowsTheKeyboardMapping) {
         return presses > 0;
     }));
     EXPECT_TRUE(user.grab(XKB_KEY_k, controlAlt));
+    user.ungrab(XKB_KEY_k, controlAlt);
+    user.lockModifiers(0);
 
     // Command and Option on one modifier are one combination, which the older registration has.
     user.setModifierKeys({{XKB_KEY_Shift_L}, {XKB_KEY_Caps_Lock}, {XKB_KEY_Control_L}, {},
         {XKB_KEY_Num_Lock}, {}, {XKB_KEY_Alt_L, XKB_KEY_Super_L}, {}});
-    const auto keyCode = user.keyCode(XKB_KEY_k);
-    manager.registerHotkey(keyCode, {"command", count}, true, true, false, false);
+    becomeIdle();
+    int others = 0;
+    manager.registerHotkey(
+        user.keyCode(XKB_KEY_k), {"other", [&] { ++others; }}, true, true, false, false);
+    presses = 0;
+    type(XKB_KEY_k);
+    settle();
+    EXPECT_EQ(presses, 1);
+    unregisterHotkey(XKB_KEY_k);
     EXPECT_TRUE(pumpUntil([&] {
-        return manager.statusOfHotkey(keyCode, true, true, false, false)
-            == HotkeyStatus::heldElsewhere;
+        type(XKB_KEY_k);
+        return others > 0;
     }));
-    EXPECT_EQ(status(XKB_KEY_k), HotkeyStatus::live);
 }
 
 TEST_F(X11HotkeyServiceTest, ActionsMayDoAnything) {
