@@ -75,6 +75,7 @@ void Class::exchangeImplementations(Method& one, Method& other) {
 
 void Class::rebuildSlots() {
     std::vector<Method*> answered;
+    answered.reserve(m_methods.size());
     for (auto& [name, method] : m_methods)
         answered.push_back(&method);
     if (m_superclass) {

@@ -73,13 +73,13 @@ public:
 
     /// Adds a method to this class. Returns false, and changes nothing, if the class itself (not a
     /// superclass) already has one of that name.
-    bool addMethod(SEL name, std::shared_ptr<const Implementation> implementation,
-        std::string typeEncoding);
+    bool addMethod(
+        SEL name, std::shared_ptr<const Implementation> implementation, std::string typeEncoding);
 
     /// Replaces the implementation of this class's own method and keeps its type encoding; adds the
     /// method where the class has none of its own.
-    void replaceMethod(SEL name, std::shared_ptr<const Implementation> implementation,
-        std::string typeEncoding);
+    void replaceMethod(
+        SEL name, std::shared_ptr<const Implementation> implementation, std::string typeEncoding);
 
     /// Exchanges the code of two methods in place, for every class that has or inherits them.
     static void exchangeImplementations(Method& one, Method& other);

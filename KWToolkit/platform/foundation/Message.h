@@ -171,9 +171,10 @@ decltype(auto) unpack(TravelType<Declared>& value) {
         return objectAs<std::remove_reference_t<Declared>>(value);
     } else if constexpr (SharedObject<Value>::value) {
         using Element = typename Value::element_type;
-        return value ? std::static_pointer_cast<Element>(
-                   (objectAs<Element>(value), value->shared_from_this()))
-                     : Value();
+        if (!value)
+            return Value();
+        objectAs<Element>(value);
+        return std::static_pointer_cast<Element>(value->shared_from_this());
     } else if constexpr (ObjectArgument<Value>) {
         return value ? &objectAs<std::remove_pointer_t<Value>>(value) : nullptr;
     } else if constexpr (std::is_same_v<Value, TravelType<Declared>>) {
@@ -191,8 +192,8 @@ public:
     using Implementation::Implementation;
     /// `result` is null or a `std::optional` of the return type. With `checksReceiver` an object of
     /// another class than the code was written for is an exception.
-    virtual void invoke(NSObject& receiver, bool checksReceiver, void* result, A... arguments) const
-        = 0;
+    virtual void invoke(
+        NSObject& receiver, bool checksReceiver, void* result, A... arguments) const = 0;
 };
 
 template <class Callable, class Receiver, class R, class... Declared>
@@ -200,13 +201,13 @@ class BoundImplementation final : public TypedImplementation<TravelType<Declared
 public:
     explicit BoundImplementation(Callable callable)
         : TypedImplementation<TravelType<Declared>...>(
-            returnEncoding<ReturnType<R>>(), argumentsEncoding<TravelType<Declared>...>())
+              returnEncoding<ReturnType<R>>(), argumentsEncoding<TravelType<Declared>...>())
         , m_callable(std::move(callable)) { }
 
     void invoke(NSObject& receiver, bool checksReceiver, void* result,
         TravelType<Declared>... arguments) const override {
-        Receiver& self = checksReceiver ? objectAs<Receiver>(&receiver)
-                                        : static_cast<Receiver&>(receiver);
+        Receiver& self =
+            checksReceiver ? objectAs<Receiver>(&receiver) : static_cast<Receiver&>(receiver);
         if constexpr (std::is_void_v<R>) {
             std::invoke(m_callable, self, unpack<Declared>(arguments)...);
         } else {
@@ -226,9 +227,8 @@ Method makeMethod(std::string_view name, Callable callable) {
     static_assert(std::is_base_of_v<NSObject, Receiver>, "messages are sent to objects");
     static_assert(!std::is_pointer_v<R> || !ObjectArgument<R>,
         "a method that is called by name returns objects as std::shared_ptr");
-    auto implementation
-        = std::make_shared<BoundImplementation<Callable, Receiver, R, Declared...>>(
-            std::move(callable));
+    auto implementation = std::make_shared<BoundImplementation<Callable, Receiver, R, Declared...>>(
+        std::move(callable));
     return {SEL(name), implementation->returnEncoding() + implementation->argumentsEncoding(),
         implementation};
 }
@@ -285,20 +285,20 @@ R send(NSObject& receiver, SEL selector, A&&... arguments) {
     const std::string& sentArguments = detail::argumentsEncoding<detail::TravelType<A>...>();
     const std::string& sentReturn = detail::returnEncoding<Result>();
     if (!detail::sameEncoding(implementation.argumentsEncoding(), sentArguments)
-        || (!std::is_void_v<R> && !detail::sameEncoding(implementation.returnEncoding(), sentReturn)))
-        [[unlikely]]
+        || (!std::is_void_v<R>
+            && !detail::sameEncoding(implementation.returnEncoding(), sentReturn))) [[unlikely]]
         detail::throwSignatureMismatch(
             receiver, selector, implementation, sentReturn, sentArguments);
 
-    const auto& typed
-        = static_cast<const detail::TypedImplementation<detail::TravelType<A>...>&>(implementation);
+    const auto& typed =
+        static_cast<const detail::TypedImplementation<detail::TravelType<A>...>&>(implementation);
     if constexpr (std::is_void_v<R>) {
-        typed.invoke(receiver, method->isTransplanted, nullptr,
-            detail::pack(std::forward<A>(arguments))...);
+        typed.invoke(
+            receiver, method->isTransplanted, nullptr, detail::pack(std::forward<A>(arguments))...);
     } else {
         std::optional<Result> result;
-        typed.invoke(receiver, method->isTransplanted, &result,
-            detail::pack(std::forward<A>(arguments))...);
+        typed.invoke(
+            receiver, method->isTransplanted, &result, detail::pack(std::forward<A>(arguments))...);
         return static_cast<R>(*std::move(result));
     }
 }

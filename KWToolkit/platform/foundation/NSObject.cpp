@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include <KWToolkit/platform/foundation/NSObject.h>
 
+#include <KWToolkit/platform/foundation/Message.h>
 #include <KWToolkit/platform/foundation/NSException.h>
 #include <KWToolkit/platform/foundation/ObjectExtras.h>
 
