@@ -56,23 +56,23 @@ public:
 
     const std::vector<Call>& calls() const { return m_calls; }
 
-    void saveGraphicsState() override { m_calls.push_back(SaveState {}); }
-    void restoreGraphicsState() override { m_calls.push_back(RestoreState {}); }
-    void setFillColor(const NSColor& color) override { m_calls.push_back(SetFillColor {color}); }
+    void saveGraphicsState() override { m_calls.emplace_back(SaveState {}); }
+    void restoreGraphicsState() override { m_calls.emplace_back(RestoreState {}); }
+    void setFillColor(const NSColor& color) override { m_calls.emplace_back(SetFillColor {color}); }
     void setStrokeColor(const NSColor& color) override {
-        m_calls.push_back(SetStrokeColor {color});
+        m_calls.emplace_back(SetStrokeColor {color});
     }
-    void setShadow(const NSShadow& shadow) override { m_calls.push_back(SetShadow {shadow}); }
-    void fill(const NSBezierPath& path) override { m_calls.push_back(Fill {path}); }
-    void stroke(const NSBezierPath& path) override { m_calls.push_back(Stroke {path}); }
+    void setShadow(const NSShadow& shadow) override { m_calls.emplace_back(SetShadow {shadow}); }
+    void fill(const NSBezierPath& path) override { m_calls.emplace_back(Fill {path}); }
+    void stroke(const NSBezierPath& path) override { m_calls.emplace_back(Stroke {path}); }
     void drawGradient(const NSGradient& gradient, const NSBezierPath& path, double angle) override {
-        m_calls.push_back(DrawGradient {gradient, path, angle});
+        m_calls.emplace_back(DrawGradient {gradient, path, angle});
     }
     /// Every character is half the font size wide and the line 1.25 font sizes high.
     NSSize sizeOfText(std::string_view text, const TextAttributes& attributes) override;
     void drawText(
         std::string_view text, NSPoint origin, const TextAttributes& attributes) override {
-        m_calls.push_back(DrawText {std::string(text), origin, attributes});
+        m_calls.emplace_back(DrawText {std::string(text), origin, attributes});
     }
 
 private:

@@ -64,7 +64,8 @@ QStringList linesOf(std::string_view text) {
 } // namespace
 
 QtGraphicsContext::QtGraphicsContext(QPainter& painter, NSSize viewSize, bool isFlipped)
-    : m_painter(painter), m_isFlipped(isFlipped) {
+    : m_painter(painter)
+    , m_isFlipped(isFlipped) {
     m_painter.save();
     m_painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
     if (!isFlipped) {

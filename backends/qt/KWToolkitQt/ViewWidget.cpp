@@ -77,7 +77,9 @@ private:
 class ViewWidget::Private final : public ViewHost {
 public:
     Private(ViewWidget& host, std::shared_ptr<NSView> view)
-        : root(std::move(view)), sizeHint(root->frame().size), m_widget(host) {
+        : root(std::move(view))
+        , sizeHint(root->frame().size)
+        , m_widget(host) {
         root->setHost(this);
         root->setNextResponder(&m_chainEnd);
     }
@@ -305,7 +307,8 @@ void ViewWidget::Private::countClick(const QMouseEvent& event) {
 }
 
 ViewWidget::ViewWidget(std::shared_ptr<NSView> rootView, QWidget* parent)
-    : QWidget(parent), d(std::make_unique<Private>(*this, std::move(rootView))) {
+    : QWidget(parent)
+    , d(std::make_unique<Private>(*this, std::move(rootView))) {
     // A click gives the focus to a view, if at all.
     setFocusPolicy(Qt::TabFocus);
 }
