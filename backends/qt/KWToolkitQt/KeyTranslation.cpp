@@ -106,9 +106,11 @@ NSEvent keyEvent(const QKeyEvent& event) {
     result.isARepeat = event.isAutoRepeat();
     if (isModifierKey(event)) {
         result.type = NSEvent::Type::flagsChanged;
-        // The event itself cannot tell: on X11 Alt with Shift held comes as the Meta key, and the
-        // release of one of two Shift keys as the release of Shift.
-        result.modifierFlags = modifierFlags(QGuiApplication::queryKeyboardModifiers());
+        // The event of a real key cannot tell: on X11 Alt with Shift held comes as the Meta key,
+        // and the release of one of two Shift keys as the release of Shift.
+        result.modifierFlags =
+            modifierFlags(event.nativeScanCode() != 0 ? QGuiApplication::queryKeyboardModifiers()
+                                                      : event.modifiers());
         return result;
     }
 

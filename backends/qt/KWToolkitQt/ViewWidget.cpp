@@ -296,11 +296,13 @@ NSEvent ViewWidget::Private::mouseEvent(NSEvent::Type type, const QMouseEvent& e
 }
 
 void ViewWidget::Private::countClick(const QMouseEvent& event) {
+    // Qt tells the second click, and takes the third for a first.
     const QStyleHints& hints = *QGuiApplication::styleHints();
-    const bool isAnother =
-        event.timestamp() - m_lastPressTime < static_cast<quint64>(hints.mouseDoubleClickInterval())
-        && (event.position() - m_lastPressPlace).manhattanLength()
-            < hints.mouseDoubleClickDistance();
+    const bool isSoon = event.timestamp() - m_lastPressTime
+        < static_cast<quint64>(hints.mouseDoubleClickInterval());
+    const bool isNear =
+        (event.position() - m_lastPressPlace).manhattanLength() < hints.mouseDoubleClickDistance();
+    const bool isAnother = event.type() == QEvent::MouseButtonDblClick || (isSoon && isNear);
     m_clickCount = isAnother ? m_clickCount + 1 : 1;
     m_lastPressTime = event.timestamp();
     m_lastPressPlace = event.position();
