@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+// The services of a Linux desktop.
+#include <KWToolkit/platform/DefaultServices.h>
+
+#include <KWToolkit/platform/Platform.h>
+#include <backends/linux/posix/PollRunLoop.h>
+#include <backends/linux/x11/X11HotkeyService.h>
+#include <backends/linux/x11/XkbKeyboardLayout.h>
+
+namespace kw::detail {
+
+template <>
+std::unique_ptr<HotkeyService> makeDefaultService() {
+    return std::make_unique<X11HotkeyService>();
+}
+
+template <>
+std::unique_ptr<KeyboardLayout> makeDefaultService() {
+    return std::make_unique<XkbKeyboardLayout>();
+}
+
+template <>
+std::unique_ptr<Clock> makeDefaultService() {
+    return std::make_unique<SteadyClock>();
+}
+
+template <>
+std::unique_ptr<Console> makeDefaultService() {
+    return std::make_unique<StandardErrorConsole>();
+}
+
+template <>
+std::unique_ptr<RunLoop> makeDefaultService() {
+    return std::make_unique<PollRunLoop>();
+}
+
+} // namespace kw::detail

@@ -1,0 +1,27 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <tests/support/ChildProcess.h>
+
+#include <string>
+
+namespace kw::test {
+
+/// An X server of the test's own, with no one at its keyboard.
+class PrivateDisplay {
+public:
+    /// Throws `std::runtime_error` where the server does not start.
+    PrivateDisplay();
+
+    /// As in DISPLAY.
+    const std::string& name() const { return m_name; }
+    /// Ends the server at once, as a crash would.
+    void kill();
+
+private:
+    ChildProcess m_server;
+    std::string m_name;
+};
+
+} // namespace kw::test
