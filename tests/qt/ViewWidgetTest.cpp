@@ -60,6 +60,7 @@ TEST(ViewWidget, SendsTheMouseToTheViewUnderItUntilTheButtonIsUp) {
 TEST(ViewWidget, CountsClicks) {
     const Pair views;
     Window window(views.root);
+    window.click({5, 70});
     QTest::mouseDClick(window.views, Qt::LeftButton, {}, {5, 70});
     EXPECT_EQ(views.left->last.clickCount, 2);
     window.click({35, 70});
