@@ -58,7 +58,10 @@ QPainterPath toQt(const NSBezierPath& path) {
 }
 
 QStringList linesOf(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())).split(u'\n');
+    // U+0000, the letter of a key that the layout does not know, would be drawn as an empty box.
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()))
+        .remove(QChar(u'\0'))
+        .split(u'\n');
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include <KWToolkit/platform/Platform.h>
 #include <KWToolkitQt/Guarded.h>
 #include <KWToolkitQt/KeyTranslation.h>
+#include <KWToolkitQt/KeyboardGrabFilter.h>
 #include <KWToolkitQt/QtGraphicsContext.h>
 
 #include <QtGui/QGuiApplication>
@@ -313,6 +314,7 @@ ViewWidget::ViewWidget(std::shared_ptr<NSView> rootView, QWidget* parent)
     , d(std::make_unique<Private>(*this, std::move(rootView))) {
     // A click gives the focus to a view, if at all.
     setFocusPolicy(Qt::TabFocus);
+    KeyboardGrabFilter::install();
 }
 
 ViewWidget::~ViewWidget() = default;
