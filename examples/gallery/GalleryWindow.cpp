@@ -22,10 +22,12 @@ GalleryWindow::GalleryWindow()
     : m_titles(new QListWidget)
     , m_pages(new QStackedWidget) {
     setWindowTitle("KWToolkit Gallery");
-    m_titles->setFixedWidth(150);
+    m_titles->setFixedWidth(160);
     m_titles->setFrameShape(QFrame::NoFrame);
+    m_titles->setSpacing(4);
     for (const Page& page : pages) {
-        m_titles->addItem(page.title);
+        auto* const title = new QListWidgetItem(page.title, m_titles);
+        title->setSizeHint(QSize(0, m_titles->fontMetrics().height() * 2));
         m_pages->addWidget(page.make());
     }
     auto* const layout = new QHBoxLayout(this);

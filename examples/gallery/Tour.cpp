@@ -51,6 +51,7 @@ bool Tour::expect(
 }
 
 void Tour::takePicture(const QString& name) {
+    QCoreApplication::processEvents(); // layouts
     const QString file = m_folder.filePath(name + ".png");
     const bool isSaved = m_window.grab().save(file);
     write((isSaved ? "picture " : "FAILED  to save ") + file);
@@ -59,8 +60,10 @@ void Tour::takePicture(const QString& name) {
 
 void Tour::write(const QString& line) {
     const QByteArray bytes = line.toUtf8() + '\n';
-    m_log.write(bytes);
-    m_log.flush();
+    if (m_log.isOpen()) {
+        m_log.write(bytes);
+        m_log.flush();
+    }
     std::fputs(bytes.constData(), stdout);
     std::fflush(stdout);
 }
