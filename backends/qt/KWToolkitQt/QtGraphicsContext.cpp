@@ -1,0 +1,233 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#include <KWToolkitQt/QtGraphicsContext.h>
+
+#include <KWToolkitQt/Blur.h>
+
+#include <QtCore/QStringList>
+#include <QtGui/QFont>
+#include <QtGui/QFontMetricsF>
+#include <QtGui/QGuiApplication>
+#include <QtGui/QLinearGradient>
+#include <QtGui/QPainter>
+#include <QtGui/QPainterPath>
+#include <QtGui/QPixmapCache>
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace kw::qt {
+
+namespace {
+
+constexpr double defaultFontSize = 13;
+constexpr double pointsPerInch = 72;
+constexpr double defaultMiterLimit = 10;
+
+QPointF toQt(NSPoint point) { return {point.x, point.y}; }
+
+QColor toQt(const NSColor& color) {
+    const auto component = [](double value) {
+        return static_cast<float>(std::clamp(value, 0.0, 1.0));
+    };
+    return QColor::fromRgbF(component(color.redComponent()), component(color.greenComponent()),
+        component(color.blueComponent()), component(color.alphaComponent()));
+}
+
+QPainterPath toQt(const NSBezierPath& path) {
+    QPainterPath result;
+    result.setFillRule(Qt::WindingFill);
+    for (const auto& segment : path.segments()) {
+        switch (segment.element) {
+        case NSBezierPath::Element::moveTo:
+            result.moveTo(toQt(segment.point));
+            break;
+        case NSBezierPath::Element::lineTo:
+            result.lineTo(toQt(segment.point));
+            break;
+        case NSBezierPath::Element::curveTo:
+            result.cubicTo(toQt(segment.control1), toQt(segment.control2), toQt(segment.point));
+            break;
+        case NSBezierPath::Element::closePath:
+            result.closeSubpath();
+            break;
+        }
+    }
+    return result;
+}
+
+QStringList linesOf(std::string_view text) {
+    // U+0000, the letter of a key that the layout does not know, would be drawn as an empty box.
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()))
+        .remove(QChar(u'\0'))
+        .split(u'\n');
+}
+
+} // namespace
+
+QtGraphicsContext::QtGraphicsContext(QPainter& painter, NSSize viewSize, bool isFlipped)
+    : m_painter(painter)
+    , m_isFlipped(isFlipped) {
+    m_painter.save();
+    m_painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
+    if (!isFlipped) {
+        m_painter.translate(0, viewSize.height);
+        m_painter.scale(1, -1);
+    }
+}
+
+QtGraphicsContext::~QtGraphicsContext() { m_painter.restore(); }
+
+void QtGraphicsContext::saveGraphicsState() { m_states.push_back(state()); }
+
+void QtGraphicsContext::restoreGraphicsState() {
+    if (m_states.size() > 1)
+        m_states.pop_back();
+}
+
+void QtGraphicsContext::setFillColor(const NSColor& color) { state().fillColor = toQt(color); }
+void QtGraphicsContext::setStrokeColor(const NSColor& color) { state().strokeColor = toQt(color); }
+void QtGraphicsContext::setShadow(const NSShadow& shadow) { state().shadow = shadow; }
+
+void QtGraphicsContext::fill(const NSBezierPath& path) {
+    const QPainterPath outline = toQt(path);
+    paintWithShadow(outline.boundingRect(),
+        [&](QPainter& painter) { painter.fillPath(outline, state().fillColor); });
+}
+
+void QtGraphicsContext::stroke(const NSBezierPath& path) {
+    const QPainterPath outline = toQt(path);
+    QPen pen(state().strokeColor, path.lineWidth(), Qt::SolidLine, Qt::FlatCap, Qt::SvgMiterJoin);
+    pen.setMiterLimit(defaultMiterLimit);
+    const double reach = std::max(path.lineWidth(), 1.0) * defaultMiterLimit / 2;
+    paintWithShadow(outline.boundingRect().adjusted(-reach, -reach, reach, reach),
+        [&](QPainter& painter) { painter.strokePath(outline, pen); });
+}
+
+void QtGraphicsContext::drawGradient(
+    const NSGradient& gradient, const NSBezierPath& path, double angle) {
+    const QPainterPath outline = toQt(path);
+    const QRectF bounds = outline.boundingRect();
+    const double radians = angle * std::numbers::pi / 180 * (m_isFlipped ? -1 : 1);
+    const QPointF direction(std::cos(radians), std::sin(radians));
+    const QPointF half = direction
+        * (std::abs(direction.x()) * bounds.width() + std::abs(direction.y()) * bounds.height())
+        / 2;
+    QLinearGradient brush(bounds.center() - half, bounds.center() + half);
+    for (const auto& stop : gradient.stops())
+        brush.setColorAt(std::clamp(stop.location, 0.0, 1.0), toQt(stop.color));
+    paintWithShadow(bounds, [&](QPainter& painter) { painter.fillPath(outline, brush); });
+}
+
+NSSize QtGraphicsContext::sizeOfText(std::string_view text, const TextAttributes& attributes) {
+    const QFontMetricsF metrics(fontFor(attributes.font), m_painter.device());
+    const QStringList lines = linesOf(text);
+    double width = 0;
+    for (const QString& line : lines)
+        width = std::max(width, metrics.horizontalAdvance(line));
+    return {width, metrics.height() * static_cast<double>(lines.size())};
+}
+
+void QtGraphicsContext::drawText(
+    std::string_view text, NSPoint origin, const TextAttributes& attributes) {
+    const QFont font = fontFor(attributes.font);
+    const QFontMetricsF metrics(font, m_painter.device());
+    const NSSize size = sizeOfText(text, attributes);
+    const QStringList lines = linesOf(text);
+    const QColor color = toQt(attributes.color);
+    const Paint paint = [&](QPainter& painter) {
+        painter.save();
+        painter.translate(toQt(origin));
+        if (!m_isFlipped) {
+            painter.translate(0, size.height);
+            painter.scale(1, -1);
+        }
+        painter.setFont(font);
+        painter.setPen(color);
+        double baseline = metrics.ascent();
+        for (const QString& line : lines) {
+            painter.drawText(QPointF(0, baseline), line);
+            baseline += metrics.height();
+        }
+        painter.restore();
+    };
+
+    // Room for what slanted and fallback glyphs put outside their box.
+    const double room = metrics.height() / 2;
+    const QRectF bounds =
+        QRectF(toQt(origin), QSizeF(size.width, size.height)).adjusted(-room, -room, room, room);
+    if (attributes.shadow)
+        paintShadow(*attributes.shadow, bounds, paint,
+            font.toString() + QString::number(color.alpha()) + u'\n' + lines.join(u'\n'));
+    paintWithShadow(bounds, paint);
+}
+
+QFont QtGraphicsContext::fontFor(const NSFont& font) const {
+    QFont result = QGuiApplication::font();
+    if (!font.family.empty())
+        result.setFamily(QString::fromStdString(font.family));
+    // Qt's own pixel sizes are whole numbers only.
+    const double size = font.size > 0 ? font.size : defaultFontSize;
+    result.setPointSizeF(size * pointsPerInch / m_painter.device()->logicalDpiY());
+    result.setBold(font.isBold);
+    return result;
+}
+
+void QtGraphicsContext::paintWithShadow(const QRectF& bounds, const Paint& paint) {
+    if (state().shadow)
+        paintShadow(*state().shadow, bounds, paint);
+    paint(m_painter);
+}
+
+// Drawn in the device's pixels, so that the shadow is as fine as what casts it.
+void QtGraphicsContext::paintShadow(
+    const NSShadow& shadow, const QRectF& bounds, const Paint& paint, const QString& cacheName) {
+    const QTransform toDevice = m_painter.deviceTransform();
+    const double scale = std::sqrt(std::abs(toDevice.determinant()));
+    const double sigma = shadow.blurRadius / 2 * scale;
+    const int extent = blurExtent(sigma);
+    const QRect area =
+        toDevice.mapRect(bounds).toAlignedRect().adjusted(-extent, -extent, extent, extent);
+    if (area.isEmpty() || !(scale > 0))
+        return;
+
+    const QColor color = toQt(shadow.color);
+    const QTransform toArea = toDevice * QTransform::fromTranslate(-area.x(), -area.y());
+    const QString key = QStringLiteral("kw-shadow %1 %2 %3 %4 %5 ")
+                            .arg(scale)
+                            .arg(sigma)
+                            .arg(toArea.dx())
+                            .arg(toArea.dy())
+                            .arg(color.name(QColor::HexArgb))
+        + cacheName;
+    QPixmap picture;
+    if (cacheName.isEmpty() || !QPixmapCache::find(key, &picture)) {
+        QImage mask(area.size(), QImage::Format_Alpha8);
+        mask.fill(0);
+        {
+            QPainter painter(&mask);
+            painter.setRenderHints(m_painter.renderHints());
+            painter.setTransform(toArea);
+            paint(painter);
+        }
+        blurMask(mask, sigma);
+        QImage colored(area.size(), QImage::Format_ARGB32_Premultiplied);
+        colored.fill(color);
+        QPainter painter(&colored);
+        painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+        painter.drawImage(0, 0, mask);
+        painter.end();
+        picture = QPixmap::fromImage(std::move(colored));
+        if (!cacheName.isEmpty())
+            QPixmapCache::insert(key, picture);
+    }
+
+    m_painter.save();
+    m_painter.setWorldTransform((m_painter.worldTransform().inverted() * toDevice).inverted());
+    m_painter.drawPixmap(
+        area.topLeft() + QPointF(shadow.offset.width, -shadow.offset.height) * scale, picture);
+    m_painter.restore();
+}
+
+} // namespace kw::qt

@@ -1,0 +1,59 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <KWToolkit/platform/graphics/NSGraphicsContext.h>
+
+#include <QtCore/QRectF>
+#include <QtCore/QString>
+#include <QtGui/QColor>
+
+#include <functional>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+class QFont;
+class QPainter;
+
+namespace kw::qt {
+
+/// Paints with a QPainter, at whatever device-pixel ratio it has. One point is one unit of the
+/// painter's coordinates.
+class QtGraphicsContext final : public NSGraphicsContext {
+public:
+    /// The painter's origin is the view's upper left corner. It is left as it was found.
+    QtGraphicsContext(QPainter& painter, NSSize viewSize, bool isFlipped);
+    ~QtGraphicsContext() override;
+
+    void saveGraphicsState() override;
+    void restoreGraphicsState() override;
+    void setFillColor(const NSColor& color) override;
+    void setStrokeColor(const NSColor& color) override;
+    void setShadow(const NSShadow& shadow) override;
+    void fill(const NSBezierPath& path) override;
+    void stroke(const NSBezierPath& path) override;
+    void drawGradient(const NSGradient& gradient, const NSBezierPath& path, double angle) override;
+    NSSize sizeOfText(std::string_view text, const TextAttributes& attributes) override;
+    void drawText(std::string_view text, NSPoint origin, const TextAttributes& attributes) override;
+
+private:
+    struct State {
+        QColor fillColor = Qt::black;
+        QColor strokeColor = Qt::black;
+        std::optional<NSShadow> shadow;
+    };
+    using Paint = std::function<void(QPainter&)>;
+
+    QFont fontFor(const NSFont& font) const;
+    State& state() { return m_states.back(); }
+    void paintShadow(const NSShadow& shadow, const QRectF& bounds, const Paint& paint,
+        const QString& cacheName = {});
+    void paintWithShadow(const QRectF& bounds, const Paint& paint);
+
+    QPainter& m_painter;
+    bool m_isFlipped;
+    std::vector<State> m_states {1};
+};
+
+} // namespace kw::qt

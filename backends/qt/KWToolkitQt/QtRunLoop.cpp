@@ -1,0 +1,116 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#include <KWToolkitQt/QtRunLoop.h>
+
+#include <KWToolkitQt/Guarded.h>
+
+#include <QtCore/QSocketNotifier>
+
+#include <algorithm>
+#include <cmath>
+
+namespace kw::qt {
+
+namespace {
+
+/// Rounded up, so that nothing is done early; at most 11 days, after which one looks again.
+int milliseconds(double seconds) {
+    return static_cast<int>(std::ceil(std::clamp(seconds, 0.0, 1e6) * 1000));
+}
+
+} // namespace
+
+QtRunLoop::QtRunLoop() {
+    m_timer.setSingleShot(true);
+    m_timer.setTimerType(Qt::PreciseTimer);
+    QObject::connect(&m_timer, &QTimer::timeout, &m_owner, [this] { fireTimer(); });
+}
+
+RunLoop::Timer QtRunLoop::callAfter(double delay, std::function<void()> task) {
+    const double now = m_clock.now();
+    const double due = delay > 0 ? now + delay : now; // not a number: now
+    m_timers.emplace(std::pair {due, ++m_lastTimer}, std::move(task));
+    startTimer();
+    return Timer {m_lastTimer};
+}
+
+void QtRunLoop::cancel(Timer timer) {
+    std::erase_if(m_timers, [timer](const auto& entry) {
+        return entry.first.second == static_cast<std::uint64_t>(timer);
+    });
+    startTimer();
+}
+
+void QtRunLoop::startTimer() {
+    if (m_timers.empty())
+        m_timer.stop();
+    else
+        m_timer.start(milliseconds(m_timers.begin()->first.first - m_clock.now()));
+}
+
+void QtRunLoop::fireTimer() {
+    const auto first = m_timers.begin();
+    std::function<void()> task;
+    if (first != m_timers.end() && first->first.first <= m_clock.now()) {
+        task = std::move(first->second);
+        m_timers.erase(first);
+    }
+    // Before the call: the task may run a loop in which the others are to fire.
+    startTimer();
+    if (task)
+        callGuarded(task);
+}
+
+RunLoop::Watch QtRunLoop::watchDescriptor(int descriptor, std::function<void()> readable) {
+    const Watch watch {++m_lastWatch};
+    auto* const notifier = new QSocketNotifier(descriptor, QSocketNotifier::Read, &m_owner);
+    QObject::connect(notifier, &QSocketNotifier::activated, &m_owner,
+        [readable = std::move(readable)] { callGuarded(readable); });
+    m_notifiers.emplace(watch, notifier);
+    return watch;
+}
+
+void QtRunLoop::unwatch(Watch watch) {
+    if (const auto found = m_notifiers.extract(watch)) {
+        found.mapped()->setEnabled(false);
+        // Later: it may be what is calling.
+        found.mapped()->deleteLater();
+    }
+}
+
+void QtRunLoop::perform(std::function<void()> task) {
+    QMetaObject::invokeMethod(
+        &m_owner, [task = std::move(task)] { callGuarded(task); }, Qt::QueuedConnection);
+}
+
+void QtRunLoop::run() {
+    if (m_isStopped.exchange(false))
+        return;
+    QEventLoop loop;
+    m_running.push_back(&loop);
+    loop.exec();
+    m_running.pop_back();
+}
+
+void QtRunLoop::stop() {
+    m_isStopped = true;
+    // At once on the loop's own thread, queued from another.
+    QMetaObject::invokeMethod(&m_owner, [this] {
+        if (!m_running.empty() && m_isStopped.exchange(false))
+            m_running.back()->exit();
+    });
+}
+
+bool QtRunLoop::runOnce(double timeout) {
+    if (!(timeout > 0))
+        return m_loop.processEvents();
+    bool isOver = false;
+    QTimer limit;
+    limit.setSingleShot(true);
+    limit.setTimerType(Qt::PreciseTimer);
+    QObject::connect(&limit, &QTimer::timeout, &m_owner, [&isOver] { isOver = true; });
+    limit.start(milliseconds(timeout));
+    return m_loop.processEvents(QEventLoop::WaitForMoreEvents) && !isOver;
+}
+
+} // namespace kw::qt

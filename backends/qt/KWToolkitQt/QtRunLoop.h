@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <KWToolkit/platform/services/Clock.h>
+#include <KWToolkit/platform/services/RunLoop.h>
+
+#include <QtCore/QEventLoop>
+#include <QtCore/QObject>
+#include <QtCore/QTimer>
+
+#include <atomic>
+#include <map>
+#include <utility>
+#include <vector>
+
+class QSocketNotifier;
+
+namespace kw::qt {
+
+/// A thread's Qt event loop, whoever runs it: the host's `exec` or `run` here.
+class QtRunLoop final : public RunLoop {
+public:
+    QtRunLoop();
+
+    Timer callAfter(double delay, std::function<void()> task) override;
+    void cancel(Timer timer) override;
+    Watch watchDescriptor(int descriptor, std::function<void()> readable) override;
+    void unwatch(Watch watch) override;
+    void perform(std::function<void()> task) override;
+    void run() override;
+    void stop() override;
+    bool runOnce(double timeout) override;
+
+private:
+    void startTimer();
+    void fireTimer();
+
+    QObject m_owner; // of the notifiers; on the loop's thread
+    QEventLoop m_loop; // of single passes; gives a thread that Qt did not start its dispatcher
+    SteadyClock m_clock;
+
+    // By time due, then by age: Qt's own timers know the former only, in milliseconds.
+    std::map<std::pair<double, std::uint64_t>, std::function<void()>> m_timers;
+    std::uint64_t m_lastTimer = 0;
+    QTimer m_timer; // for the first of them
+
+    std::map<Watch, QSocketNotifier*> m_notifiers;
+    std::uint64_t m_lastWatch = 0;
+
+    std::vector<QEventLoop*> m_running; // innermost last
+    std::atomic<bool> m_isStopped = false;
+};
+
+} // namespace kw::qt

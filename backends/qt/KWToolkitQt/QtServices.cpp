@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#include <KWToolkitQt/QtServices.h>
+
+#include <KWToolkit/platform/Platform.h>
+#include <KWToolkitQt/QtRunLoop.h>
+
+namespace kw::qt {
+
+void useQtServices() {
+    // Once: a factory that the host sets later is not replaced.
+    [[maybe_unused]] static const bool isDone = [] {
+        setServiceFactory<RunLoop>([] { return std::make_unique<QtRunLoop>(); });
+        return true;
+    }();
+}
+
+namespace {
+
+[[maybe_unused]] const bool isUsedOnceLoaded = (useQtServices(), true);
+
+} // namespace
+
+} // namespace kw::qt

@@ -1,0 +1,51 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#include "GalleryWindow.h"
+
+#include "HotkeysPage.h"
+#include "Page.h"
+
+#include <QtWidgets/QHBoxLayout>
+
+namespace gallery {
+
+namespace {
+
+// A page of a facility is a line here.
+const Page pages[] {
+    {"Hotkeys", &HotkeysPage::make, &HotkeysPage::visit},
+};
+
+} // namespace
+
+GalleryWindow::GalleryWindow()
+    : m_titles(new QListWidget)
+    , m_pages(new QStackedWidget) {
+    setWindowTitle("KWToolkit Gallery");
+    m_titles->setFixedWidth(160);
+    m_titles->setFrameShape(QFrame::NoFrame);
+    m_titles->setSpacing(4);
+    for (const Page& page : pages) {
+        auto* const title = new QListWidgetItem(page.title, m_titles);
+        title->setSizeHint(QSize(0, m_titles->fontMetrics().height() * 2));
+        m_pages->addWidget(page.make());
+    }
+    auto* const layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_titles);
+    layout->addWidget(m_pages, 1);
+    connect(m_titles, &QListWidget::currentRowChanged, m_pages, &QStackedWidget::setCurrentIndex);
+    m_titles->setCurrentRow(0);
+}
+
+void GalleryWindow::visitAll(Tour& tour) {
+    int row = 0;
+    for (const Page& page : pages) {
+        m_titles->setCurrentRow(row);
+        page.visit(tour, *m_pages->widget(row));
+        ++row;
+    }
+}
+
+} // namespace gallery

@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QtWidgets/QListWidget>
+#include <QtWidgets/QStackedWidget>
+#include <QtWidgets/QWidget>
+
+namespace gallery {
+
+class Tour;
+
+/// The titles of the pages on the left, the page on the right.
+class GalleryWindow final : public QWidget {
+public:
+    GalleryWindow();
+
+    /// Visits each page in turn.
+    void visitAll(Tour& tour);
+
+private:
+    QListWidget* m_titles;
+    QStackedWidget* m_pages;
+};
+
+} // namespace gallery

@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#include "Hands.h"
+
+#include <QtTest/QTest>
+#include <QtWidgets/QApplication>
+
+namespace gallery {
+
+namespace {
+
+class PostedHands final : public Hands {
+public:
+    void pressMouse(QWidget& widget, QPoint place) override {
+        QTest::mousePress(&widget, Qt::LeftButton, m_modifiers, place);
+    }
+    void releaseMouse(QWidget& widget, QPoint place) override {
+        QTest::mouseRelease(&widget, Qt::LeftButton, m_modifiers, place);
+    }
+    void pressKey(Qt::Key key) override { send(QEvent::KeyPress, key); }
+    void releaseKey(Qt::Key key) override { send(QEvent::KeyRelease, key); }
+    bool areReal() const override { return false; }
+
+private:
+    void send(QEvent::Type type, Qt::Key key) {
+        if (QWidget* const widget = QApplication::focusWidget()) {
+            QKeyEvent event(type, key, m_modifiers);
+            QApplication::sendEvent(widget, &event);
+        }
+        if (key == Qt::Key_Alt)
+            m_modifiers.setFlag(Qt::AltModifier, type == QEvent::KeyPress);
+    }
+
+    Qt::KeyboardModifiers m_modifiers;
+};
+
+} // namespace
+
+std::unique_ptr<Hands> postedHands() { return std::make_unique<PostedHands>(); }
+
+} // namespace gallery

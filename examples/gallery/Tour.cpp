@@ -1,0 +1,78 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#include "Tour.h"
+
+#include "Desktop.h"
+
+#include <QtGui/QGuiApplication>
+#include <QtTest/QTest>
+#include <QtWidgets/QWidget>
+
+#include <cstdio>
+
+namespace gallery {
+
+namespace {
+
+constexpr int patience = 10'000; // milliseconds
+
+std::unique_ptr<Hands> handsFor(const QString& platform) {
+    auto hands = platform == "xcb" ? realHands() : nullptr;
+    return hands ? std::move(hands) : postedHands();
+}
+
+} // namespace
+
+Tour::Tour(QWidget& window, const QString& folder)
+    : m_window(window)
+    , m_folder(folder)
+    , m_log(m_folder.filePath("tour.log"))
+    , m_hands(handsFor(QGuiApplication::platformName())) {
+    if (!m_folder.mkpath(".") || !m_log.open(QIODevice::WriteOnly)) {
+        ++m_failures;
+        write("FAILED to write " + m_log.fileName());
+    }
+}
+
+void Tour::click(QWidget& widget) {
+    hands().pressMouse(widget, widget.rect().center());
+    hands().releaseMouse(widget, widget.rect().center());
+}
+
+bool Tour::expect(
+    const QString& what, const QString& expected, const std::function<QString()>& seen) {
+    const bool isSeen = QTest::qWaitFor([&] { return seen() == expected; }, patience);
+    if (isSeen)
+        write("ok      " + what + ": " + expected);
+    else
+        write("FAILED  " + what + ": expected " + expected + ", seen " + seen());
+    m_failures += !isSeen;
+    return isSeen;
+}
+
+void Tour::takePicture(const QString& name) {
+    QCoreApplication::processEvents(); // layouts
+    const QString file = m_folder.filePath(name + ".png");
+    const bool isSaved = m_window.grab().save(file);
+    write((isSaved ? "picture " : "FAILED  to save ") + file);
+    m_failures += !isSaved;
+}
+
+void Tour::write(const QString& line) {
+    const QByteArray bytes = line.toUtf8() + '\n';
+    if (m_log.isOpen()) {
+        m_log.write(bytes);
+        m_log.flush();
+    }
+    std::fputs(bytes.constData(), stdout);
+    std::fflush(stdout);
+}
+
+bool Tour::finish() {
+    write(m_failures == 0 ? QString("all that was expected was seen")
+                          : QString("%1 expectations FAILED").arg(m_failures));
+    write("the pictures and tour.log are in " + m_folder.absolutePath());
+    return m_failures == 0;
+}
+
+} // namespace gallery

@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Hands.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QString>
+
+#include <functional>
+#include <memory>
+
+class QWidget;
+
+namespace gallery {
+
+/// A visit to the gallery by a script: it acts with its hands, looks whether what should happen
+/// does, takes pictures, and writes all that down, in `tour.log` and on standard output.
+class Tour {
+public:
+    /// The folder is made where there is none.
+    Tour(QWidget& window, const QString& folder);
+
+    Hands& hands() { return *m_hands; }
+    void click(QWidget& widget);
+
+    /// Waits, at most ten seconds, until `seen` is what is expected.
+    bool expect(const QString& what, const QString& expected, const std::function<QString()>& seen);
+    /// Saves the window as a PNG of this name.
+    void takePicture(const QString& name);
+    void write(const QString& line);
+
+    /// Ends the log. Whether everything expected was seen.
+    bool finish();
+
+private:
+    QWidget& m_window;
+    QDir m_folder;
+    QFile m_log;
+    std::unique_ptr<Hands> m_hands;
+    int m_failures = 0;
+};
+
+} // namespace gallery

@@ -1,0 +1,137 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+// The recorder as a user of a Qt host meets it.
+#include <KWToolkit/hotkeys/KWHotkeyView.h>
+#include <KWToolkit/platform/Platform.h>
+#include <KWToolkit/platform/headless/HeadlessHotkeyService.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Window.h"
+
+#include <QtGui/QAction>
+
+namespace {
+
+using namespace kw;
+
+class Recorder : public testing::Test {
+protected:
+    Recorder() { window.emplace(view); }
+
+    void arm() { window->click({20, 20}); }
+    void type(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(window->views, key, modifiers);
+    }
+    /// The recorded hotkey; `hasKey` is false where there is none.
+    Hotkey recorded() const {
+        return view->registeredHotkey() ? hotkeyFromRecord(*view->registeredHotkey()) : Hotkey {};
+    }
+
+    HeadlessHotkeyService hotkeys;
+    ServiceScope<HeadlessHotkeyService> scope {hotkeys};
+    std::shared_ptr<KWHotkeyView> view = std::make_shared<KWHotkeyView>(NSMakeRect(0, 0, 260, 56));
+    std::optional<Window> window;
+};
+
+TEST_F(Recorder, IsArmedByAClick) {
+    QTest::mousePress(window->views, Qt::LeftButton, {}, {20, 20});
+    EXPECT_FALSE(view->acceptHotkey());
+    QTest::mouseRelease(window->views, Qt::LeftButton, {}, {20, 20});
+    EXPECT_TRUE(view->acceptHotkey());
+    EXPECT_TRUE(hotkeys.isSuspended());
+}
+
+TEST_F(Recorder, RecordsWhatIsTypedWhoeverElseWantsIt) {
+    struct Case {
+        Qt::Key key;
+        Qt::KeyboardModifiers modifiers;
+        Hotkey expected;
+    };
+    const Case cases[] {
+        {Qt::Key_K, Qt::AltModifier, {.hasKey = true, .character = u'k', .option = true}},
+        {Qt::Key_K, Qt::ControlModifier | Qt::ShiftModifier,
+            {.hasKey = true, .character = u'K', .control = true, .shift = true}},
+        {Qt::Key_S, Qt::ControlModifier, {.hasKey = true, .character = u's', .control = true}},
+        {Qt::Key_Tab, Qt::MetaModifier, {.hasKey = true, .character = 0x09, .command = true}},
+        {Qt::Key_Backtab, Qt::ShiftModifier | Qt::ControlModifier,
+            {.hasKey = true, .character = 0x19, .control = true, .shift = true}},
+        {Qt::Key_Return, Qt::AltModifier, {.hasKey = true, .character = 0x0D, .option = true}},
+        {Qt::Key_F5, Qt::MetaModifier, {.hasKey = true, .character = 0xF708, .command = true}},
+    };
+    QAction save;
+    save.setShortcut(QKeySequence(Qt::CTRL | Qt::Key_S));
+    window->window.addAction(&save);
+    int saves = 0;
+    QObject::connect(&save, &QAction::triggered, [&] { ++saves; });
+
+    for (const Case& given : cases) {
+        arm();
+        type(given.key, given.modifiers);
+        EXPECT_EQ(recorded(), given.expected) << given.key;
+        EXPECT_FALSE(view->acceptHotkey());
+        EXPECT_TRUE(window->views->hasFocus());
+    }
+    EXPECT_EQ(saves, 0);
+    type(Qt::Key_S, Qt::ControlModifier); // At rest it is the host's.
+    EXPECT_EQ(saves, 1);
+}
+
+TEST_F(Recorder, IgnoresWhatMakesNoHotkey) {
+    arm();
+    for (const Qt::KeyboardModifiers modifiers : {Qt::NoModifier, Qt::ShiftModifier}) {
+        type(Qt::Key_K, modifiers);
+        type(Qt::Key_Tab, modifiers);
+    }
+    EXPECT_TRUE(view->acceptHotkey());
+    EXPECT_TRUE(window->views->hasFocus());
+    EXPECT_FALSE(recorded().hasKey);
+}
+
+TEST_F(Recorder, CancelsAndClears) {
+    arm();
+    type(Qt::Key_K, Qt::AltModifier);
+    arm();
+    type(Qt::Key_Escape);
+    EXPECT_FALSE(view->acceptHotkey());
+    EXPECT_TRUE(recorded().hasKey);
+    arm();
+    type(Qt::Key_Backspace, Qt::MetaModifier);
+    EXPECT_FALSE(view->acceptHotkey());
+    EXPECT_FALSE(recorded().hasKey);
+}
+
+TEST_F(Recorder, FollowsTheModifiersWhileArmed) {
+    arm();
+    window->modifier(QEvent::KeyPress, Qt::Key_Alt);
+    ASSERT_NE(view->modifiersHotkey(), nullptr);
+    EXPECT_EQ(renderHotkeyRecord(*view->modifiersHotkey()), "⌥ ");
+    window->modifier(QEvent::KeyPress, Qt::Key_Meta, Qt::AltModifier);
+    EXPECT_EQ(renderHotkeyRecord(*view->modifiersHotkey()), "⌥ ⌘ ");
+    window->modifier(QEvent::KeyRelease, Qt::Key_Alt, Qt::AltModifier | Qt::MetaModifier);
+    EXPECT_EQ(renderHotkeyRecord(*view->modifiersHotkey()), "⌘ ");
+}
+
+TEST_F(Recorder, IsDisarmedByAnyLossOfTheFocus) {
+    arm();
+    window->other->setFocus();
+    EXPECT_FALSE(view->acceptHotkey());
+    EXPECT_FALSE(hotkeys.isSuspended());
+
+    arm();
+    QWidget another;
+    another.show();
+    another.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&another));
+    EXPECT_FALSE(view->acceptHotkey());
+
+    window->window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window->window));
+    arm();
+    window.reset();
+    EXPECT_FALSE(view->acceptHotkey());
+    EXPECT_FALSE(hotkeys.isSuspended());
+}
+
+} // namespace

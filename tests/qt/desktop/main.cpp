@@ -1,0 +1,18 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#include <tests/support/PrivateDisplay.h>
+
+#include <gtest/gtest.h>
+
+#include <QtWidgets/QApplication>
+
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    if (GTEST_FLAG_GET(list_tests))
+        return RUN_ALL_TESTS();
+    const kw::test::PrivateDisplay display;
+    qputenv("DISPLAY", display.name().c_str());
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    const QApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}
