@@ -215,8 +215,6 @@ std::vector<NSView*> ViewWidget::Private::focusable() const {
 }
 
 bool ViewWidget::Private::offer(const QKeyEvent& event) {
-    if (isModifierKey(event))
-        return false;
     bool isTaken = false;
     callGuarded([&] { isTaken = root->performKeyEquivalent(keyEvent(event)); });
     m_offer = {event.key(), event.nativeScanCode(), event.timestamp(), isTaken};
@@ -224,6 +222,9 @@ bool ViewWidget::Private::offer(const QKeyEvent& event) {
 }
 
 bool ViewWidget::Private::takes(const QKeyEvent& event) {
+    // Offered, so that Alt opens no menu bar under a view that wants all keys, but never taken.
+    if (isModifierKey(event))
+        return false;
     // A press comes without an offer where Qt did not look for shortcuts.
     const bool isOffered = m_offer && m_offer->key == event.key()
         && m_offer->scanCode == event.nativeScanCode() && m_offer->timestamp == event.timestamp();
