@@ -8,11 +8,11 @@
 #include <KWToolkit/platform/Platform.h>
 #include <KWToolkit/platform/foundation/Message.h>
 
-#include <QtCore/QStringList>
-#include <QtWidgets/QGridLayout>
-#include <QtWidgets/QHBoxLayout>
-#include <QtWidgets/QLineEdit>
-#include <QtWidgets/QVBoxLayout>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QStringList>
+#include <QVBoxLayout>
 
 namespace gallery {
 

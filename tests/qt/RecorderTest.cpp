@@ -10,9 +10,9 @@
 
 #include "Window.h"
 
-#include <QtGui/QAction>
-#include <QtWidgets/QMenuBar>
-#include <QtWidgets/QProxyStyle>
+#include <QAction>
+#include <QMenuBar>
+#include <QProxyStyle>
 
 namespace {
 

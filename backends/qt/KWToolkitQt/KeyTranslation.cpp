@@ -5,8 +5,8 @@
 #include <KWToolkit/platform/Platform.h>
 #include <KWToolkit/platform/foundation/Unicode.h>
 
-#include <QtGui/QGuiApplication>
-#include <QtGui/QKeyEvent>
+#include <QGuiApplication>
+#include <QKeyEvent>
 
 #include <algorithm>
 #include <iterator>

@@ -4,14 +4,14 @@
 
 #include <KWToolkitQt/Blur.h>
 
-#include <QtCore/QStringList>
-#include <QtGui/QFont>
-#include <QtGui/QFontMetricsF>
-#include <QtGui/QGuiApplication>
-#include <QtGui/QLinearGradient>
-#include <QtGui/QPainter>
-#include <QtGui/QPainterPath>
-#include <QtGui/QPixmapCache>
+#include <QFont>
+#include <QFontMetricsF>
+#include <QGuiApplication>
+#include <QLinearGradient>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPixmapCache>
+#include <QStringList>
 
 #include <algorithm>
 #include <cmath>

@@ -4,7 +4,7 @@
 
 #include <KWToolkitQt/Guarded.h>
 
-#include <QtCore/QSocketNotifier>
+#include <QSocketNotifier>
 
 #include <algorithm>
 #include <cmath>

@@ -5,9 +5,9 @@
 #include <KWToolkit/platform/services/Clock.h>
 #include <KWToolkit/platform/services/RunLoop.h>
 
-#include <QtCore/QEventLoop>
-#include <QtCore/QObject>
-#include <QtCore/QTimer>
+#include <QEventLoop>
+#include <QObject>
+#include <QTimer>
 
 #include <atomic>
 #include <map>

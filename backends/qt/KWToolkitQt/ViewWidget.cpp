@@ -8,10 +8,10 @@
 #include <KWToolkitQt/KeyboardGrabFilter.h>
 #include <KWToolkitQt/QtGraphicsContext.h>
 
-#include <QtGui/QGuiApplication>
-#include <QtGui/QMouseEvent>
-#include <QtGui/QPainter>
-#include <QtGui/QStyleHints>
+#include <QGuiApplication>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QStyleHints>
 
 #include <algorithm>
 #include <optional>
