@@ -175,8 +175,8 @@ QFont QtGraphicsContext::fontFor(const NSFont& font) const {
 }
 
 void QtGraphicsContext::paintWithShadow(const QRectF& bounds, const Paint& paint) {
-    if (state().shadow)
-        paintShadow(*state().shadow, bounds, paint);
+    if (const auto& shadow = state().shadow)
+        paintShadow(*shadow, bounds, paint);
     paint(m_painter);
 }
 

@@ -201,7 +201,7 @@ void ViewWidget::Private::focusOut() {
 
 bool ViewWidget::Private::moveFocus(bool forward) {
     const auto views = focusable();
-    const auto current = std::find(views.begin(), views.end(), firstResponder);
+    const auto current = std::ranges::find(views, firstResponder);
     if (current == views.end() || (forward ? current + 1 == views.end() : current == views.begin()))
         return false;
     makeFirstResponder(**(forward ? current + 1 : current - 1));
