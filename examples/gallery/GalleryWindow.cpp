@@ -5,7 +5,7 @@
 #include "HotkeysPage.h"
 #include "Page.h"
 
-#include <QtWidgets/QHBoxLayout>
+#include <QHBoxLayout>
 
 namespace gallery {
 

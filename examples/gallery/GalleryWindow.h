@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QtWidgets/QListWidget>
-#include <QtWidgets/QStackedWidget>
-#include <QtWidgets/QWidget>
+#include <QListWidget>
+#include <QStackedWidget>
+#include <QWidget>
 
 namespace gallery {
 

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QtCore/QPoint>
-#include <QtCore/Qt>
+#include <QPoint>
+#include <Qt>
 
 #include <memory>
 

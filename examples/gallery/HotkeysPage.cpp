@@ -8,11 +8,11 @@
 #include <KWToolkit/platform/Platform.h>
 #include <KWToolkit/platform/foundation/Message.h>
 
-#include <QtCore/QStringList>
-#include <QtWidgets/QGridLayout>
-#include <QtWidgets/QHBoxLayout>
-#include <QtWidgets/QLineEdit>
-#include <QtWidgets/QVBoxLayout>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QStringList>
+#include <QVBoxLayout>
 
 namespace gallery {
 
@@ -172,10 +172,13 @@ void HotkeysPage::hotkeyViewRemovedHotkey(kw::KWHotkeyView&) {
 
 void HotkeysPage::registerRecorded() {
     release();
-    m_registered = m_recorded;
-    const kw::NamedCallable count {"count", [this] { m_count->setNum(++m_presses); }};
-    kw::KWGlobalHotkeyManager::hotkeyManager().registerHotkey(m_registered->keycode, count,
-        m_registered->command, m_registered->control, m_registered->option, m_registered->shift);
+    if (!m_recorded)
+        return;
+    const kw::Hotkey hotkey = *m_recorded;
+    kw::KWGlobalHotkeyManager::hotkeyManager().registerHotkey(hotkey.keycode,
+        {"count", [this] { m_count->setNum(++m_presses); }}, hotkey.command, hotkey.control,
+        hotkey.option, hotkey.shift);
+    m_registered = hotkey;
     updateStatus();
 }
 

@@ -6,9 +6,9 @@
 #include <KWToolkit/hotkeys/KWHotkeyView.h>
 #include <KWToolkitQt/ViewWidget.h>
 
-#include <QtWidgets/QLabel>
-#include <QtWidgets/QPushButton>
-#include <QtWidgets/QWidget>
+#include <QLabel>
+#include <QPushButton>
+#include <QWidget>
 
 #include <memory>
 #include <optional>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "Desktop.h"
 
-#include <QtCore/QtGlobal>
+#include <QtGlobal>
 
 namespace gallery {
 

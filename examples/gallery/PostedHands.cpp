@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "Hands.h"
 
-#include <QtTest/QTest>
-#include <QtWidgets/QApplication>
+#include <QApplication>
+#include <QTest>
 
 namespace gallery {
 

@@ -4,9 +4,9 @@
 
 #include "Desktop.h"
 
-#include <QtGui/QGuiApplication>
-#include <QtTest/QTest>
-#include <QtWidgets/QWidget>
+#include <QGuiApplication>
+#include <QTest>
+#include <QWidget>
 
 #include <cstdio>
 

@@ -4,9 +4,9 @@
 
 #include "Hands.h"
 
-#include <QtCore/QDir>
-#include <QtCore/QFile>
-#include <QtCore/QString>
+#include <QDir>
+#include <QFile>
+#include <QString>
 
 #include <functional>
 #include <memory>

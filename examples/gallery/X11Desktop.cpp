@@ -3,8 +3,8 @@
 // Hands by the XTEST extension.
 #include "Desktop.h"
 
-#include <QtCore/QtGlobal>
-#include <QtWidgets/QWidget>
+#include <QWidget>
+#include <QtGlobal>
 
 #include <xcb/xcb_keysyms.h>
 #include <xcb/xtest.h>

@@ -5,8 +5,8 @@
 #include "GalleryWindow.h"
 #include "Tour.h"
 
-#include <QtTest/QTest>
-#include <QtWidgets/QApplication>
+#include <QApplication>
+#include <QTest>
 
 #include <cstdio>
 #include <cstring>

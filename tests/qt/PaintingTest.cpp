@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <QtGui/QImage>
+#include <QImage>
 
 #include <functional>
 

@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QtWidgets/QApplication>
+#include <QApplication>
 
 #include <cmath>
 #include <stdexcept>

@@ -10,7 +10,9 @@
 
 #include "Window.h"
 
-#include <QtGui/QAction>
+#include <QAction>
+#include <QMenuBar>
+#include <QProxyStyle>
 
 namespace {
 
@@ -111,6 +113,28 @@ TEST_F(Recorder, FollowsTheModifiersWhileArmed) {
     EXPECT_EQ(renderHotkeyRecord(*view->modifiersHotkey()), "⌥ ⌘ ");
     window->modifier(QEvent::KeyRelease, Qt::Key_Alt, Qt::AltModifier | Qt::MetaModifier);
     EXPECT_EQ(renderHotkeyRecord(*view->modifiersHotkey()), "⌘ ");
+}
+
+TEST_F(Recorder, KeepsOptionFromTheMenuBarWhileArmed) {
+    struct Style : QProxyStyle {
+        int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+            QStyleHintReturn* result) const override {
+            return hint == SH_MenuBar_AltKeyNavigation
+                || QProxyStyle::styleHint(hint, option, widget, result);
+        }
+    };
+    Style style;
+    QMenuBar* const menuBar = window->window.menuBar();
+    menuBar->setStyle(&style);
+    menuBar->addMenu("&File");
+    menuBar->show();
+    arm();
+    type(Qt::Key_Alt);
+    EXPECT_TRUE(view->acceptHotkey());
+    type(Qt::Key_Escape);
+    type(Qt::Key_Alt);
+    EXPECT_TRUE(menuBar->hasFocus());
+    window.reset(); // before the style
 }
 
 TEST_F(Recorder, IsDisarmedByAnyLossOfTheFocus) {

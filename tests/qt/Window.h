@@ -7,11 +7,11 @@
 
 #include <gtest/gtest.h>
 
-#include <QtTest/QTest>
-#include <QtWidgets/QApplication>
-#include <QtWidgets/QLineEdit>
-#include <QtWidgets/QMainWindow>
-#include <QtWidgets/QVBoxLayout>
+#include <QApplication>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QTest>
+#include <QVBoxLayout>
 
 #include <memory>
 #include <string>

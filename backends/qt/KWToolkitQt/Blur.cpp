@@ -32,8 +32,8 @@ struct Box {
 /// Blurs one line of values, `stride` apart.
 void blurLine(uchar* line, int count, qsizetype stride, Box box, std::vector<float>& padded) {
     const int margin = passes * (box.reach + 1);
-    const auto length = static_cast<std::size_t>(count + 2 * margin);
-    padded.assign(2 * length, 0);
+    const int length = count + 2 * margin;
+    padded.assign(2 * static_cast<std::size_t>(length), 0);
     float* from = padded.data();
     float* to = from + length;
     for (int i = 0; i < count; ++i)
@@ -45,7 +45,7 @@ void blurLine(uchar* line, int count, qsizetype stride, Box box, std::vector<flo
         float sum = 0;
         for (int i = 0; i <= 2 * box.reach; ++i)
             sum += from[i + 1];
-        for (int i = first; i < static_cast<int>(length) - first; ++i) {
+        for (int i = first; i < length - first; ++i) {
             to[i] = weight * (sum + box.edge * (from[i - first] + from[i + first]));
             sum += from[i + first] - from[i - box.reach];
         }

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QtGui/QImage>
+#include <QImage>
 
 namespace kw::qt {
 

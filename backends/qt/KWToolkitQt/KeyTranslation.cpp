@@ -5,8 +5,8 @@
 #include <KWToolkit/platform/Platform.h>
 #include <KWToolkit/platform/foundation/Unicode.h>
 
-#include <QtGui/QGuiApplication>
-#include <QtGui/QKeyEvent>
+#include <QGuiApplication>
+#include <QKeyEvent>
 
 #include <algorithm>
 #include <iterator>
@@ -56,8 +56,8 @@ constexpr std::pair<Qt::Key, char16_t> functionKeys[] {
 char16_t functionKeyCharacter(int key) {
     if (key >= Qt::Key_F1 && key <= Qt::Key_F35)
         return static_cast<char16_t>(NSF1FunctionKey + (key - Qt::Key_F1));
-    const auto found = std::find_if(std::begin(functionKeys), std::end(functionKeys),
-        [key](const auto& entry) { return entry.first == key; });
+    const auto* const found =
+        std::ranges::find(functionKeys, key, [](const auto& entry) { return entry.first; });
     return found == std::end(functionKeys) ? 0 : found->second;
 }
 
@@ -95,8 +95,7 @@ std::uint32_t modifierFlags(Qt::KeyboardModifiers modifiers) {
 }
 
 bool isModifierKey(const QKeyEvent& event) {
-    return std::find(std::begin(modifierKeys), std::end(modifierKeys), event.key())
-        != std::end(modifierKeys);
+    return std::ranges::find(modifierKeys, event.key()) != std::end(modifierKeys);
 }
 
 NSEvent keyEvent(const QKeyEvent& event) {

@@ -4,7 +4,7 @@
 
 #include <KWToolkit/platform/ui/NSEvent.h>
 
-#include <QtCore/Qt>
+#include <Qt>
 
 #include <cstdint>
 

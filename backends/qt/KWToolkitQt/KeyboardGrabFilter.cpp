@@ -4,8 +4,8 @@
 
 #include <KWToolkitQt/ViewWidget.h>
 
-#include <QtCore/QCoreApplication>
-#include <QtWidgets/QApplication>
+#include <QApplication>
+#include <QCoreApplication>
 
 #include <cstdint>
 

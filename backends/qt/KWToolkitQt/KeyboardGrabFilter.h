@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QtCore/QAbstractNativeEventFilter>
+#include <QAbstractNativeEventFilter>
 
 namespace kw::qt {
 

@@ -4,14 +4,14 @@
 
 #include <KWToolkitQt/Blur.h>
 
-#include <QtCore/QStringList>
-#include <QtGui/QFont>
-#include <QtGui/QFontMetricsF>
-#include <QtGui/QGuiApplication>
-#include <QtGui/QLinearGradient>
-#include <QtGui/QPainter>
-#include <QtGui/QPainterPath>
-#include <QtGui/QPixmapCache>
+#include <QFont>
+#include <QFontMetricsF>
+#include <QGuiApplication>
+#include <QLinearGradient>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPixmapCache>
+#include <QStringList>
 
 #include <algorithm>
 #include <cmath>
@@ -175,8 +175,8 @@ QFont QtGraphicsContext::fontFor(const NSFont& font) const {
 }
 
 void QtGraphicsContext::paintWithShadow(const QRectF& bounds, const Paint& paint) {
-    if (state().shadow)
-        paintShadow(*state().shadow, bounds, paint);
+    if (const auto& shadow = state().shadow)
+        paintShadow(*shadow, bounds, paint);
     paint(m_painter);
 }
 

@@ -4,9 +4,9 @@
 
 #include <KWToolkit/platform/graphics/NSGraphicsContext.h>
 
-#include <QtCore/QRectF>
-#include <QtCore/QString>
-#include <QtGui/QColor>
+#include <QColor>
+#include <QRectF>
+#include <QString>
 
 #include <functional>
 #include <optional>

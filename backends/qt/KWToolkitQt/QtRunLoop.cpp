@@ -4,7 +4,8 @@
 
 #include <KWToolkitQt/Guarded.h>
 
-#include <QtCore/QSocketNotifier>
+#include <QSocketNotifier>
+#include <QThread>
 
 #include <algorithm>
 #include <cmath>
@@ -94,11 +95,15 @@ void QtRunLoop::run() {
 
 void QtRunLoop::stop() {
     m_isStopped = true;
-    // At once on the loop's own thread, queued from another.
-    QMetaObject::invokeMethod(&m_owner, [this] {
-        if (!m_running.empty() && m_isStopped.exchange(false))
-            m_running.back()->exit();
-    });
+    if (m_owner.thread() == QThread::currentThread())
+        endInnermost();
+    else
+        perform([this] { endInnermost(); });
+}
+
+void QtRunLoop::endInnermost() {
+    if (!m_running.empty() && m_isStopped.exchange(false))
+        m_running.back()->exit();
 }
 
 bool QtRunLoop::runOnce(double timeout) {

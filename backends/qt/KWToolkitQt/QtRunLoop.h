@@ -5,9 +5,9 @@
 #include <KWToolkit/platform/services/Clock.h>
 #include <KWToolkit/platform/services/RunLoop.h>
 
-#include <QtCore/QEventLoop>
-#include <QtCore/QObject>
-#include <QtCore/QTimer>
+#include <QEventLoop>
+#include <QObject>
+#include <QTimer>
 
 #include <atomic>
 #include <map>
@@ -35,6 +35,7 @@ public:
 private:
     void startTimer();
     void fireTimer();
+    void endInnermost();
 
     QObject m_owner; // of the notifiers; on the loop's thread
     QEventLoop m_loop; // of single passes; gives a thread that Qt did not start its dispatcher

@@ -8,10 +8,10 @@
 #include <KWToolkitQt/KeyboardGrabFilter.h>
 #include <KWToolkitQt/QtGraphicsContext.h>
 
-#include <QtGui/QGuiApplication>
-#include <QtGui/QMouseEvent>
-#include <QtGui/QPainter>
-#include <QtGui/QStyleHints>
+#include <QGuiApplication>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QStyleHints>
 
 #include <algorithm>
 #include <optional>
@@ -201,7 +201,7 @@ void ViewWidget::Private::focusOut() {
 
 bool ViewWidget::Private::moveFocus(bool forward) {
     const auto views = focusable();
-    const auto current = std::find(views.begin(), views.end(), firstResponder);
+    const auto current = std::ranges::find(views, firstResponder);
     if (current == views.end() || (forward ? current + 1 == views.end() : current == views.begin()))
         return false;
     makeFirstResponder(**(forward ? current + 1 : current - 1));
@@ -215,8 +215,6 @@ std::vector<NSView*> ViewWidget::Private::focusable() const {
 }
 
 bool ViewWidget::Private::offer(const QKeyEvent& event) {
-    if (isModifierKey(event))
-        return false;
     bool isTaken = false;
     callGuarded([&] { isTaken = root->performKeyEquivalent(keyEvent(event)); });
     m_offer = {event.key(), event.nativeScanCode(), event.timestamp(), isTaken};
@@ -224,6 +222,9 @@ bool ViewWidget::Private::offer(const QKeyEvent& event) {
 }
 
 bool ViewWidget::Private::takes(const QKeyEvent& event) {
+    // Offered, so that Alt opens no menu bar under a view that wants all keys, but never taken.
+    if (isModifierKey(event))
+        return false;
     // A press comes without an offer where Qt did not look for shortcuts.
     const bool isOffered = m_offer && m_offer->key == event.key()
         && m_offer->scanCode == event.nativeScanCode() && m_offer->timestamp == event.timestamp();

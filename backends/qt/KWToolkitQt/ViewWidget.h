@@ -5,7 +5,7 @@
 #include <KWToolkit/platform/Export.h>
 #include <KWToolkit/platform/ui/NSView.h>
 
-#include <QtWidgets/QWidget>
+#include <QWidget>
 
 #include <memory>
 

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include <QtWidgets/QApplication>
+#include <QApplication>
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
