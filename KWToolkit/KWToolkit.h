@@ -7,6 +7,7 @@
 #include <KWToolkit/hotkeys/KWGlobalHotkeyManager.h>
 #include <KWToolkit/hotkeys/KWHotkeyView.h>
 #include <KWToolkit/platform/Platform.h>
+#include <KWToolkit/platform/foundation/Message.h>
 #include <KWToolkit/runtime/NSObject+BlocksAdditions.h>
 #include <KWToolkit/runtime/NSObject+OBAssociatedObjects.h>
 #include <KWToolkit/runtime/NSObject+Swizzle.h>

@@ -10,8 +10,9 @@ function(kw_compile_options target)
         CXX_EXTENSIONS OFF
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON)
+    # Designated initializers name what they set and leave the rest to its default on purpose.
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
-        -Woverloaded-virtual $<$<BOOL:${KW_WERROR}>:-Werror>)
+        -Woverloaded-virtual -Wno-missing-field-initializers $<$<BOOL:${KW_WERROR}>:-Werror>)
     if(KW_SANITIZE)
         target_compile_options(${target} PRIVATE -fsanitize=${KW_SANITIZE} -fno-omit-frame-pointer
             -fno-sanitize-recover=all)

@@ -44,8 +44,8 @@ KWGlobalHotkeyManager& KWGlobalHotkeyManager::init() {
 
 void KWGlobalHotkeyManager::registerHotkey(std::uint32_t keycode, SEL action, WeakReference target,
     bool cmdModifier, bool controlModifier, bool optionModifier, bool shiftModifier) {
-    store(keycode, modifierMask(cmdModifier, controlModifier, optionModifier, shiftModifier), action,
-        [&](EventHotKeyRef handle) {
+    store(keycode, modifierMask(cmdModifier, controlModifier, optionModifier, shiftModifier),
+        action, [&](EventHotKeyRef handle) {
             return std::make_shared<KWHotkeyObject>(keycode, handle, std::move(target), action);
         });
 }

@@ -19,7 +19,8 @@
 
 namespace kw {
 
-/// Key combinations that work whichever application is in front. One manager a process; main thread.
+/// Key combinations that work whichever application is in front. One manager a process; main
+/// thread.
 ///
 ///     auto& hotkeys = kw::KWGlobalHotkeyManager::hotkeyManager();
 ///     hotkeys.registerHotkey(keycode, kw::SEL("toggle"), player,
@@ -83,8 +84,7 @@ private:
 
 /// Handles the press of a hotkey: performs the action of the registration that the event's
 /// identifier names. Always returns 0. What the action throws passes through.
-KW_EXPORT OSStatus KWHotKeyHandler(
-    EventHandlerCallRef nextHandler, EventRef event, void* userData);
+KW_EXPORT OSStatus KWHotKeyHandler(EventHandlerCallRef nextHandler, EventRef event, void* userData);
 
 /// The first four bytes of a text in Mac OS Roman, in memory order (on a little-endian machine the
 /// first is the least significant), 0 for those missing and for a text that has no such form.

@@ -4,6 +4,7 @@
 
 #include <KWToolkit/controls/NSBezierPath+RoundPath.h>
 #include <KWToolkit/hotkeys/NSEvent+ModifierKeys.h>
+#include <KWToolkit/platform/foundation/Message.h>
 #include <KWToolkit/platform/foundation/Unicode.h>
 
 namespace kw {
@@ -18,18 +19,30 @@ constexpr NSColor rgb(double red, double green, double blue, double alpha = 1) {
     return NSColor::colorWithCalibratedRed(red, green, blue, alpha);
 }
 
+NSGradient inactiveGradient() {
+    return {
+        {rgb(0.72, 0.78, 0.87), 0.0}, {rgb(0.5, 0.54, 0.6), 0.04}, {rgb(0.42, 0.47, 0.53), 0.8}};
+}
+
+// Deliberate: the inactive one with its last two colors exchanged.
+NSGradient clickedGradient() {
+    return {
+        {rgb(0.72, 0.78, 0.87), 0.0}, {rgb(0.42, 0.47, 0.53), 0.04}, {rgb(0.5, 0.54, 0.6), 0.8}};
+}
+
+NSGradient activeGradient() {
+    return {
+        {rgb(0.73, 0.88, 0.34), 0.0}, {rgb(0.63, 0.77, 0.08), 0.03}, {rgb(0.5, 0.66, 0.0), 0.8}};
+}
+
 } // namespace
 
 KWHotkeyView::KWHotkeyView(NSRect frame)
     : NSView(frame)
     , m_borderColor(rgb(0.13, 0.16, 0.2, 0.7))
-    , m_inactiveButtomGradient {{rgb(0.72, 0.78, 0.87), 0.0}, {rgb(0.5, 0.54, 0.6), 0.04},
-          {rgb(0.42, 0.47, 0.53), 0.8}}
-    // Deliberate: the inactive one with its last two colors exchanged.
-    , m_clickedButtomGradient {{rgb(0.72, 0.78, 0.87), 0.0}, {rgb(0.42, 0.47, 0.53), 0.04},
-          {rgb(0.5, 0.54, 0.6), 0.8}}
-    , m_activeButtomGradient {{rgb(0.73, 0.88, 0.34), 0.0}, {rgb(0.63, 0.77, 0.08), 0.03},
-          {rgb(0.5, 0.66, 0.0), 0.8}}
+    , m_inactiveButtomGradient(inactiveGradient())
+    , m_clickedButtomGradient(clickedGradient())
+    , m_activeButtomGradient(activeGradient())
     , m_currentButtomGradient(&m_inactiveButtomGradient) { }
 
 Class& KWHotkeyView::classObject() {

@@ -15,8 +15,9 @@
 
 namespace kw {
 
-/// A key cap in which the user records a hotkey: a click arms it, the next key pressed together with
-/// Command, Option or Control becomes the hotkey, Escape cancels, Delete and forward delete clear.
+/// A key cap in which the user records a hotkey: a click arms it, the next key pressed together
+/// with Command, Option or Control becomes the hotkey, Escape cancels, Delete and forward delete
+/// clear.
 ///
 /// The delegate is told of each step by messages with the view as their argument, each sent only if
 /// the delegate answers to it:

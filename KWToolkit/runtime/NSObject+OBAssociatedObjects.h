@@ -16,7 +16,8 @@ using AssociationKey = const void*;
 
 /// Attaches a value that the object keeps alive until it is replaced or the object dies. An empty
 /// value removes the association. Safe on any thread.
-KW_EXPORT void associateValue(NSObject& object, std::shared_ptr<NSObject> value, AssociationKey key);
+KW_EXPORT void associateValue(
+    NSObject& object, std::shared_ptr<NSObject> value, AssociationKey key);
 
 /// Attaches a bare reference: the value is neither kept alive nor forgotten when it dies, and must
 /// not be read after that. Null removes the association. Safe on any thread.

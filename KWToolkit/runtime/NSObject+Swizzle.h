@@ -11,8 +11,8 @@ namespace kw {
 /// Exchanges the implementations of two methods of a class.
 ///
 /// Where the class defines `a` itself, the two are exchanged in place: subclasses that inherit them
-/// see it, and so does a superclass that `b` comes from. Where it only inherits `a`, it gets methods
-/// of its own and the superclass of `a` is left alone.
+/// see it, and so does a superclass that `b` comes from. Where it only inherits `a`, it gets
+/// methods of its own and the superclass of `a` is left alone.
 ///
 /// Methods of different type encodings are an assertion failure, which by default throws and
 /// exchanges nothing; under a handler that returns, the exchange goes ahead, and a message is then

@@ -42,8 +42,8 @@ void ObjectExtras::destroy(NSObject& object) {
 
 } // namespace detail
 
-void objc_setAssociatedObject(NSObject& object, const void* key, std::shared_ptr<NSObject> value,
-    AssociationPolicy policy) {
+void objc_setAssociatedObject(
+    NSObject& object, const void* key, std::shared_ptr<NSObject> value, AssociationPolicy policy) {
     if (policy == AssociationPolicy::assign)
         value = std::shared_ptr<NSObject>(std::shared_ptr<void>(), value.get());
     auto& extras = detail::ObjectExtras::of(object);
@@ -53,7 +53,7 @@ void objc_setAssociatedObject(NSObject& object, const void* key, std::shared_ptr
     if (value) {
         former = std::exchange(extras.associations[key], std::move(value));
     } else if (const auto found = extras.associations.find(key);
-               found != extras.associations.end()) {
+        found != extras.associations.end()) {
         former = std::move(found->second);
         extras.associations.erase(found);
     }

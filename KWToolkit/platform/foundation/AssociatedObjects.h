@@ -18,8 +18,8 @@ enum class AssociationPolicy : std::uintptr_t {
 
 /// Attaches a value to an object under a key that is compared by address. An empty value removes
 /// the association. Safe on any thread.
-KW_EXPORT void objc_setAssociatedObject(NSObject& object, const void* key,
-    std::shared_ptr<NSObject> value, AssociationPolicy policy);
+KW_EXPORT void objc_setAssociatedObject(
+    NSObject& object, const void* key, std::shared_ptr<NSObject> value, AssociationPolicy policy);
 
 /// The value, or null if there is none. Where it was stored with `assign` the pointer owns nothing,
 /// and it dangles once the value is destroyed. Safe on any thread.

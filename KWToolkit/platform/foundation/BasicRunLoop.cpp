@@ -86,10 +86,8 @@ bool BasicRunLoop::fireTimers(std::uint64_t madeBefore) {
     const double time = now();
     bool fired = false;
     for (;;) {
-        const auto due
-            = std::find_if(m_timers.begin(), m_timers.end(), [madeBefore](const auto& entry) {
-                  return entry.first.second <= madeBefore;
-              });
+        const auto due = std::ranges::find_if(
+            m_timers, [madeBefore](const auto& entry) { return entry.first.second <= madeBefore; });
         if (due == m_timers.end() || due->first.first > time)
             return fired;
         const auto task = std::move(due->second);

@@ -75,6 +75,7 @@ void Class::exchangeImplementations(Method& one, Method& other) {
 
 void Class::rebuildSlots() {
     std::vector<Method*> answered;
+    answered.reserve(m_methods.size());
     for (auto& [name, method] : m_methods)
         answered.push_back(&method);
     if (m_superclass) {
@@ -87,10 +88,10 @@ void Class::rebuildSlots() {
     m_slots.assign(std::bit_ceil(2 * answered.size() + 1), Slot {});
     m_slotMask = m_slots.size() - 1;
     for (Method* method : answered) {
-        std::size_t slot = method->name.ordinal() & m_slotMask;
+        std::size_t slot = method->name.hash() & m_slotMask;
         while (m_slots[slot].method)
             slot = (slot + 1) & m_slotMask;
-        m_slots[slot] = {method->name.ordinal(), method};
+        m_slots[slot] = {method->name, method};
     }
     for (Class* subclass : m_subclasses)
         subclass->rebuildSlots();

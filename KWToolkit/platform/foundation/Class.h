@@ -5,7 +5,7 @@
 #include <KWToolkit/platform/Export.h>
 #include <KWToolkit/platform/foundation/SEL.h>
 
-#include <cstdint>
+#include <cstddef>
 #include <initializer_list>
 #include <memory>
 #include <string>
@@ -17,21 +17,28 @@ namespace kw {
 
 class NSObject;
 
+namespace detail {
+/// Stands for the types of a result or of arguments; see Message.h.
+struct Signature {
+    std::string (*encode)();
+};
+} // namespace detail
+
 /// The code of a method, whatever its types. Implementations are made by `kw::method`.
 class KW_EXPORT Implementation {
 public:
-    explicit Implementation(const std::string& returnEncoding, const std::string& argumentsEncoding)
-        : m_returnEncoding(&returnEncoding)
-        , m_argumentsEncoding(&argumentsEncoding) { }
+    Implementation(const detail::Signature& returned, const detail::Signature& arguments)
+        : m_returnSignature(&returned)
+        , m_argumentsSignature(&arguments) { }
     virtual ~Implementation();
 
-    /// What the code really returns and takes, as encodings; see Message.h.
-    const std::string& returnEncoding() const { return *m_returnEncoding; }
-    const std::string& argumentsEncoding() const { return *m_argumentsEncoding; }
+    /// What the code really returns and takes.
+    const detail::Signature& returnSignature() const { return *m_returnSignature; }
+    const detail::Signature& argumentsSignature() const { return *m_argumentsSignature; }
 
 private:
-    const std::string* m_returnEncoding;
-    const std::string* m_argumentsEncoding;
+    const detail::Signature* m_returnSignature;
+    const detail::Signature* m_argumentsSignature;
 };
 
 /// An entry of a method table. Its type encoding belongs to the entry and its implementation can be
@@ -64,22 +71,22 @@ public:
 
     /// The method found in the class or the nearest superclass, or null.
     Method* instanceMethod(SEL selector) const {
-        for (std::size_t slot = selector.ordinal() & m_slotMask;; slot = (slot + 1) & m_slotMask) {
+        for (std::size_t slot = selector.hash() & m_slotMask;; slot = (slot + 1) & m_slotMask) {
             const Slot& candidate = m_slots[slot];
-            if (candidate.ordinal == selector.ordinal() || !candidate.method)
+            if (candidate.name == selector || !candidate.name)
                 return candidate.method;
         }
     }
 
     /// Adds a method to this class. Returns false, and changes nothing, if the class itself (not a
     /// superclass) already has one of that name.
-    bool addMethod(SEL name, std::shared_ptr<const Implementation> implementation,
-        std::string typeEncoding);
+    bool addMethod(
+        SEL name, std::shared_ptr<const Implementation> implementation, std::string typeEncoding);
 
     /// Replaces the implementation of this class's own method and keeps its type encoding; adds the
     /// method where the class has none of its own.
-    void replaceMethod(SEL name, std::shared_ptr<const Implementation> implementation,
-        std::string typeEncoding);
+    void replaceMethod(
+        SEL name, std::shared_ptr<const Implementation> implementation, std::string typeEncoding);
 
     /// Exchanges the code of two methods in place, for every class that has or inherits them.
     static void exchangeImplementations(Method& one, Method& other);
@@ -87,9 +94,9 @@ public:
 private:
     friend class NSObject;
 
-    // All methods an object answers to, open addressing by ordinal; at least one slot is empty.
+    // All methods an object answers to, with open addressing; at least one slot is empty.
     struct Slot {
-        std::uint32_t ordinal = 0;
+        SEL name;
         Method* method = nullptr;
     };
 

@@ -10,7 +10,6 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -110,26 +109,31 @@ std::string encodingOfTravelType() {
         return std::string("{") + typeid(T).name() + "}";
 }
 
+// Types are compared by the address of their signature, and by encoding only where those differ:
+// each shared library has signatures of its own.
+
 template <class R>
-const std::string& returnEncoding() {
-    static const auto& encoding = *new std::string(encodingOfTravelType<R>());
-    return encoding;
+std::string encodeReturn() {
+    return encodingOfTravelType<R>();
 }
+template <class R>
+inline constexpr Signature returnSignature {&encodeReturn<R>};
 
 template <class... A>
-const std::string& argumentsEncoding() {
-    static const auto& encoding = *new std::string(("@:" + ... + encodingOfTravelType<A>()));
-    return encoding;
+std::string encodeArguments() {
+    return ("@:" + ... + encodingOfTravelType<A>());
 }
+template <class... A>
+inline constexpr Signature argumentsSignature {&encodeArguments<A...>};
 
-inline bool sameEncoding(const std::string& one, const std::string& other) {
-    return &one == &other || one == other;
+inline bool sameSignature(const Signature& one, const Signature& other) {
+    return &one == &other || one.encode() == other.encode();
 }
 
 [[noreturn]] KW_EXPORT void throwUnrecognizedSelector(const NSObject& receiver, SEL selector);
 [[noreturn]] KW_EXPORT void throwSignatureMismatch(const NSObject& receiver, SEL selector,
-    const Implementation& implementation, const std::string& sentReturn,
-    const std::string& sentArguments);
+    const Implementation& implementation, const Signature& sentReturn,
+    const Signature& sentArguments);
 [[noreturn]] KW_EXPORT void throwWrongClass(const NSObject* object, const char* expectedTypeName);
 
 /// The object as a `T`, or an exception that names both classes.
@@ -171,9 +175,10 @@ decltype(auto) unpack(TravelType<Declared>& value) {
         return objectAs<std::remove_reference_t<Declared>>(value);
     } else if constexpr (SharedObject<Value>::value) {
         using Element = typename Value::element_type;
-        return value ? std::static_pointer_cast<Element>(
-                   (objectAs<Element>(value), value->shared_from_this()))
-                     : Value();
+        if (!value)
+            return Value();
+        objectAs<Element>(value);
+        return std::static_pointer_cast<Element>(value->shared_from_this());
     } else if constexpr (ObjectArgument<Value>) {
         return value ? &objectAs<std::remove_pointer_t<Value>>(value) : nullptr;
     } else if constexpr (std::is_same_v<Value, TravelType<Declared>>) {
@@ -185,40 +190,72 @@ decltype(auto) unpack(TravelType<Declared>& value) {
     }
 }
 
+// With `checksReceiver`, an object of another class than the code was written for is an exception.
+
 template <class... A>
-class TypedImplementation : public Implementation {
+class PerformingImplementation : public Implementation {
 public:
     using Implementation::Implementation;
-    /// `result` is null or a `std::optional` of the return type. With `checksReceiver` an object of
-    /// another class than the code was written for is an exception.
-    virtual void invoke(NSObject& receiver, bool checksReceiver, void* result, A... arguments) const
-        = 0;
+    /// Drops the result, if there is one.
+    virtual void perform(NSObject& receiver, bool checksReceiver, A... arguments) const = 0;
 };
 
-template <class Callable, class Receiver, class R, class... Declared>
-class BoundImplementation final : public TypedImplementation<TravelType<Declared>...> {
+template <class R, class... A>
+class ReturningImplementation : public PerformingImplementation<A...> {
 public:
-    explicit BoundImplementation(Callable callable)
-        : TypedImplementation<TravelType<Declared>...>(
-            returnEncoding<ReturnType<R>>(), argumentsEncoding<TravelType<Declared>...>())
-        , m_callable(std::move(callable)) { }
+    using PerformingImplementation<A...>::PerformingImplementation;
+    virtual R invoke(NSObject& receiver, bool checksReceiver, A... arguments) const = 0;
+};
 
-    void invoke(NSObject& receiver, bool checksReceiver, void* result,
-        TravelType<Declared>... arguments) const override {
-        Receiver& self = checksReceiver ? objectAs<Receiver>(&receiver)
-                                        : static_cast<Receiver&>(receiver);
-        if constexpr (std::is_void_v<R>) {
-            std::invoke(m_callable, self, unpack<Declared>(arguments)...);
-        } else {
-            auto&& value = std::invoke(m_callable, self, unpack<Declared>(arguments)...);
-            if (result)
-                static_cast<std::optional<ReturnType<R>>*>(result)->emplace(
-                    static_cast<ReturnType<R>>(std::forward<decltype(value)>(value)));
-        }
+template <class R, class... A>
+using TypedImplementation = std::conditional_t<std::is_void_v<R>, PerformingImplementation<A...>,
+    ReturningImplementation<R, A...>>;
+
+template <class Callable, class Receiver, class... Declared>
+class BoundCallable {
+public:
+    explicit BoundCallable(Callable callable)
+        : m_callable(std::move(callable)) { }
+
+    decltype(auto) call(
+        NSObject& receiver, bool checksReceiver, TravelType<Declared>&... arguments) const {
+        Receiver& self =
+            checksReceiver ? objectAs<Receiver>(&receiver) : static_cast<Receiver&>(receiver);
+        return std::invoke(m_callable, self, unpack<Declared>(arguments)...);
     }
 
 private:
     Callable m_callable;
+};
+
+template <class Callable, class Receiver, class R, class... Declared>
+class BoundImplementation : public TypedImplementation<ReturnType<R>, TravelType<Declared>...> {
+public:
+    explicit BoundImplementation(Callable callable)
+        : TypedImplementation<ReturnType<R>, TravelType<Declared>...>(
+              returnSignature<ReturnType<R>>, argumentsSignature<TravelType<Declared>...>)
+        , m_callable(std::move(callable)) { }
+
+    void perform(
+        NSObject& receiver, bool checksReceiver, TravelType<Declared>... arguments) const final {
+        m_callable.call(receiver, checksReceiver, arguments...);
+    }
+
+protected:
+    BoundCallable<Callable, Receiver, Declared...> m_callable;
+};
+
+template <class Callable, class Receiver, class R, class... Declared>
+class BoundReturningImplementation final
+    : public BoundImplementation<Callable, Receiver, R, Declared...> {
+public:
+    using BoundImplementation<Callable, Receiver, R, Declared...>::BoundImplementation;
+
+    ReturnType<R> invoke(
+        NSObject& receiver, bool checksReceiver, TravelType<Declared>... arguments) const final {
+        return static_cast<ReturnType<R>>(
+            this->m_callable.call(receiver, checksReceiver, arguments...));
+    }
 };
 
 template <class Receiver, class R, class... Declared, class Callable>
@@ -226,10 +263,12 @@ Method makeMethod(std::string_view name, Callable callable) {
     static_assert(std::is_base_of_v<NSObject, Receiver>, "messages are sent to objects");
     static_assert(!std::is_pointer_v<R> || !ObjectArgument<R>,
         "a method that is called by name returns objects as std::shared_ptr");
-    auto implementation
-        = std::make_shared<BoundImplementation<Callable, Receiver, R, Declared...>>(
-            std::move(callable));
-    return {SEL(name), implementation->returnEncoding() + implementation->argumentsEncoding(),
+    using Bound = std::conditional_t<std::is_void_v<R>,
+        BoundImplementation<Callable, Receiver, R, Declared...>,
+        BoundReturningImplementation<Callable, Receiver, R, Declared...>>;
+    auto implementation = std::make_shared<Bound>(std::move(callable));
+    return {SEL(name),
+        implementation->returnSignature().encode() + implementation->argumentsSignature().encode(),
         implementation};
 }
 
@@ -282,25 +321,23 @@ R send(NSObject& receiver, SEL selector, A&&... arguments) {
         detail::throwUnrecognizedSelector(receiver, selector);
 
     const Implementation& implementation = *method->implementation;
-    const std::string& sentArguments = detail::argumentsEncoding<detail::TravelType<A>...>();
-    const std::string& sentReturn = detail::returnEncoding<Result>();
-    if (!detail::sameEncoding(implementation.argumentsEncoding(), sentArguments)
-        || (!std::is_void_v<R> && !detail::sameEncoding(implementation.returnEncoding(), sentReturn)))
-        [[unlikely]]
+    const detail::Signature& sentArguments = detail::argumentsSignature<detail::TravelType<A>...>;
+    const detail::Signature& sentReturn = detail::returnSignature<Result>;
+    if (!detail::sameSignature(implementation.argumentsSignature(), sentArguments)
+        || (!std::is_void_v<R>
+            && !detail::sameSignature(implementation.returnSignature(), sentReturn))) [[unlikely]]
         detail::throwSignatureMismatch(
             receiver, selector, implementation, sentReturn, sentArguments);
 
-    const auto& typed
-        = static_cast<const detail::TypedImplementation<detail::TravelType<A>...>&>(implementation);
-    if constexpr (std::is_void_v<R>) {
-        typed.invoke(receiver, method->isTransplanted, nullptr,
-            detail::pack(std::forward<A>(arguments))...);
-    } else {
-        std::optional<Result> result;
-        typed.invoke(receiver, method->isTransplanted, &result,
-            detail::pack(std::forward<A>(arguments))...);
-        return static_cast<R>(*std::move(result));
-    }
+    const auto& typed =
+        static_cast<const detail::TypedImplementation<Result, detail::TravelType<A>...>&>(
+            implementation);
+    if constexpr (std::is_void_v<R>)
+        typed.perform(
+            receiver, method->isTransplanted, detail::pack(std::forward<A>(arguments))...);
+    else
+        return static_cast<R>(typed.invoke(
+            receiver, method->isTransplanted, detail::pack(std::forward<A>(arguments))...));
 }
 
 } // namespace kw

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include <KWToolkit/platform/foundation/NSObject.h>
 
+#include <KWToolkit/platform/foundation/Message.h>
 #include <KWToolkit/platform/foundation/NSException.h>
 #include <KWToolkit/platform/foundation/ObjectExtras.h>
 
@@ -48,12 +49,13 @@ void throwUnrecognizedSelector(const NSObject& receiver, SEL selector) {
 }
 
 void throwSignatureMismatch(const NSObject& receiver, SEL selector,
-    const Implementation& implementation, const std::string& sentReturn,
-    const std::string& sentArguments) {
+    const Implementation& implementation, const Signature& sentReturn,
+    const Signature& sentArguments) {
     throw NSException(NSInvalidArgumentException,
         methodName(receiver, selector) + ": the method's encoding is "
-            + implementation.returnEncoding() + implementation.argumentsEncoding()
-            + ", the message's is " + sentReturn + sentArguments);
+            + implementation.returnSignature().encode()
+            + implementation.argumentsSignature().encode() + ", the message's is "
+            + sentReturn.encode() + sentArguments.encode());
 }
 
 void throwWrongClass(const NSObject* object, const char* expectedTypeName) {

@@ -21,7 +21,7 @@ struct ObjectExtras;
 /// An object may live anywhere: on the stack, in a member, in a `std::shared_ptr`. Owning it by
 /// `std::shared_ptr` adds one thing: whoever refers to it weakly can keep it alive while using it.
 ///
-/// A class that takes messages by name lists them once and says which class it is:
+/// A class that takes messages by name (see Message.h) lists them once and says which it is:
 ///
 ///     class Player : public kw::NSObject {
 ///     public:
@@ -70,5 +70,3 @@ private:
 };
 
 } // namespace kw
-
-#include <KWToolkit/platform/foundation/Message.h>

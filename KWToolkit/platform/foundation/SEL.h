@@ -27,24 +27,18 @@ public:
     /// The name, empty for no selector.
     const std::string& name() const;
 
-    explicit operator bool() const { return m_entry != nullptr; }
+    explicit operator bool() const { return m_name != nullptr; }
     friend bool operator==(SEL, SEL) = default;
 
-    /// A small number, different for each name; for hash tables.
-    std::uint32_t ordinal() const { return m_entry ? m_entry->ordinal : 0; }
+    std::size_t hash() const { return reinterpret_cast<std::uintptr_t>(m_name) / alignof(void*); }
 
 private:
-    struct Entry {
-        std::string name;
-        std::uint32_t ordinal;
-    };
-
-    const Entry* m_entry = nullptr;
+    const std::string* m_name = nullptr;
 };
 
 } // namespace kw
 
 template <>
 struct std::hash<kw::SEL> {
-    std::size_t operator()(kw::SEL selector) const noexcept { return selector.ordinal(); }
+    std::size_t operator()(kw::SEL selector) const noexcept { return selector.hash(); }
 };

@@ -66,7 +66,7 @@ std::optional<char32_t> takeCodePoint(std::string_view& utf8) {
         {0xF8, 0xF0, 4, 0x10000},
     };
     const auto lead = static_cast<unsigned char>(utf8.front());
-    const auto form = std::find_if(std::begin(forms), std::end(forms),
+    const auto form = std::ranges::find_if(forms,
         [lead](const Form& candidate) { return (lead & candidate.leadMask) == candidate.lead; });
     if (form == std::end(forms) || utf8.size() < form->length)
         return std::nullopt;
@@ -101,7 +101,7 @@ std::optional<std::string> macOSRoman(std::string_view utf8) {
             bytes += static_cast<char>(*code);
             continue;
         }
-        const auto found = std::find(upperMacOSRoman.begin(), upperMacOSRoman.end(), *code);
+        const auto found = std::ranges::find(upperMacOSRoman, *code);
         if (found == upperMacOSRoman.end())
             return std::nullopt;
         bytes += static_cast<char>(0x80 + std::distance(upperMacOSRoman.begin(), found));

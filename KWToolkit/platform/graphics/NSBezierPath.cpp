@@ -71,8 +71,8 @@ void NSBezierPath::appendBezierPathWithArcFromPoint(
     const NSPoint bisector = inward + outward;
     const double centerDistance = std::hypot(radius, distance);
     const NSPoint middleDirection = bisector * (1 / length(bisector));
-    const NSPoint middle = corner
-        + middleDirection * (std::copysign(centerDistance, radius) - radius);
+    const NSPoint middle =
+        corner + middleDirection * (std::copysign(centerDistance, radius) - radius);
     const NSPoint middleTangent {middleDirection.y, -middleDirection.x};
     const NSPoint along = dot(middleTangent, outward) >= 0 ? middleTangent : middleTangent * -1;
     if (sweep <= M_PI / 2) {

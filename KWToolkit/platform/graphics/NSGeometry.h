@@ -61,8 +61,8 @@ inline NSRect NSIntegralRect(const NSRect& rect) {
 constexpr NSRect NSIntersectionRect(const NSRect& one, const NSRect& other) {
     const double x = std::max(NSMinX(one), NSMinX(other));
     const double y = std::max(NSMinY(one), NSMinY(other));
-    const NSRect shared = NSMakeRect(x, y, std::min(NSMaxX(one), NSMaxX(other)) - x,
-        std::min(NSMaxY(one), NSMaxY(other)) - y);
+    const NSRect shared = NSMakeRect(
+        x, y, std::min(NSMaxX(one), NSMaxX(other)) - x, std::min(NSMaxY(one), NSMaxY(other)) - y);
     return NSIsEmptyRect(shared) ? NSRect {} : shared;
 }
 

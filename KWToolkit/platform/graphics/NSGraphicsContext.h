@@ -41,17 +41,16 @@ public:
     /// Strokes a path with the stroke color, in the path's line width, centered on the outline.
     virtual void stroke(const NSBezierPath& path) = 0;
     /// Fills a path with a gradient whose line crosses the path's bounds at `angle` degrees,
-    /// counter-clockwise where y is up: at 0 from left to right, at -90 from top to bottom. The line
-    /// is just long enough for its first and last color to lie on the bounds' corners.
-    virtual void drawGradient(const NSGradient& gradient, const NSBezierPath& path, double angle)
-        = 0;
+    /// counter-clockwise where y is up: at 0 from left to right, at -90 from top to bottom. The
+    /// line is just long enough for its first and last color to lie on the bounds' corners.
+    virtual void drawGradient(
+        const NSGradient& gradient, const NSBezierPath& path, double angle) = 0;
 
     /// What `drawText` covers, on one line for each line of the text.
     virtual NSSize sizeOfText(std::string_view text, const TextAttributes& attributes) = 0;
     /// Draws a text whose box has its origin (lower left where y is up) at `origin`.
     virtual void drawText(
-        std::string_view text, NSPoint origin, const TextAttributes& attributes)
-        = 0;
+        std::string_view text, NSPoint origin, const TextAttributes& attributes) = 0;
 };
 
 } // namespace kw

@@ -9,8 +9,8 @@ namespace kw {
 namespace {
 
 constexpr std::uint32_t largestKeyCode = 255;
-constexpr std::uint32_t knownModifiers
-    = hotkeyCommandMask | hotkeyShiftMask | hotkeyOptionMask | hotkeyControlMask;
+constexpr std::uint32_t knownModifiers =
+    hotkeyCommandMask | hotkeyShiftMask | hotkeyOptionMask | hotkeyControlMask;
 
 } // namespace
 
@@ -78,7 +78,7 @@ bool HeadlessHotkeyService::press(Combination combination) {
 
 bool HeadlessHotkeyService::isFree(Combination combination) const {
     return !m_heldElsewhere.contains(combination)
-        && std::none_of(m_hotkeys.begin(), m_hotkeys.end(), [combination](const auto& entry) {
+        && std::ranges::none_of(m_hotkeys, [combination](const auto& entry) {
                return entry.second.isLive && entry.second.combination == combination;
            });
 }

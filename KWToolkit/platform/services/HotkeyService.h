@@ -50,8 +50,7 @@ public:
     /// keyboard mapping changes, and tells its status. It is empty for a combination that no later
     /// change can make possible here.
     virtual EventHotKeyRef registerEventHotKey(
-        std::uint32_t keyCode, std::uint32_t modifiers, EventHotKeyID identifier)
-        = 0;
+        std::uint32_t keyCode, std::uint32_t modifiers, EventHotKeyID identifier) = 0;
 
     /// Gives a combination back. The empty handle, or one that is gone, is ignored.
     virtual void unregisterEventHotKey(EventHotKeyRef hotkey) = 0;

@@ -13,9 +13,9 @@ namespace kw {
 /// The loop in which a thread waits for what happens next.
 ///
 /// Everything but `perform` and `stop` is for the loop's own thread, and calls back on it, never
-/// from within the scheduling call. An exception from a callback leaves `run`, with the loop intact,
-/// where the loop is the toolkit's own; a host's loop that cannot let it through writes it to the
-/// console.
+/// from within the scheduling call. An exception from a callback leaves `run`, with the loop
+/// intact, where the loop is the toolkit's own; a host's loop that cannot let it through writes it
+/// to the console.
 class KW_EXPORT RunLoop {
 public:
     enum class Timer : std::uint64_t { none = 0 };

@@ -8,7 +8,8 @@
 
 namespace kw {
 
-/// Something that can take events. What it does not take goes on to the next responder. Main thread.
+/// Something that can take events. What it does not take goes on to the next responder. Main
+/// thread.
 class KW_EXPORT NSResponder : public NSObject {
 public:
     static Class& classObject();

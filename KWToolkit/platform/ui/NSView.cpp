@@ -3,6 +3,7 @@
 #include <KWToolkit/platform/ui/NSView.h>
 
 #include <algorithm>
+#include <ranges>
 #include <utility>
 
 namespace kw {
@@ -84,8 +85,8 @@ NSView* NSView::hitTest(NSPoint point) {
     if (m_isHidden || !NSPointInRect(point, m_frame))
         return nullptr;
     const NSPoint inside = convertFromSuperview(point);
-    for (auto view = m_subviews.rbegin(); view != m_subviews.rend(); ++view) {
-        if (NSView* const hit = (*view)->hitTest(inside))
+    for (const auto& view : m_subviews | std::views::reverse) {
+        if (NSView* const hit = view->hitTest(inside))
             return hit;
     }
     return this;
@@ -94,7 +95,7 @@ NSView* NSView::hitTest(NSPoint point) {
 bool NSView::performKeyEquivalent(const NSEvent& event) {
     // A copy: whoever takes the key may change the tree.
     const auto subviews = m_subviews;
-    return std::any_of(subviews.rbegin(), subviews.rend(), [&event](const auto& view) {
+    return std::ranges::any_of(subviews | std::views::reverse, [&event](const auto& view) {
         return !view->isHidden() && view->performKeyEquivalent(event);
     });
 }

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The KWToolkit authors
 // SPDX-License-Identifier: MIT
+#include <KWToolkit/platform/foundation/Message.h>
 #include <KWToolkit/platform/foundation/NSException.h>
-#include <KWToolkit/platform/foundation/NSObject.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -132,8 +132,8 @@ TEST(Message, WrongTypesAreAnErrorWithBothEncodings) {
     EXPECT_THAT(reasonOf([&] { send(player, SEL("toggle"), 1); }), HasSubstr("is v@:i"));
     EXPECT_THAT(reasonOf([&] { send<double>(player, SEL("volume")); }), HasSubstr("d@:"));
     EXPECT_THAT(reasonOf([&] { send(player, SEL("setRate:"), 1); }), HasSubstr("v@:d"));
-    EXPECT_THAT(reasonOf([&] { send(player, SEL("setRate:"), std::vector<int>()); }),
-        HasSubstr("vector"));
+    EXPECT_THAT(
+        reasonOf([&] { send(player, SEL("setRate:"), std::vector<int>()); }), HasSubstr("vector"));
     EXPECT_EQ(player.opened, "");
     EXPECT_EQ(player.toggles, 0);
 }
