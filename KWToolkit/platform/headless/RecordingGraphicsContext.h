@@ -65,8 +65,7 @@ public:
     void setShadow(const NSShadow& shadow) override { m_calls.emplace_back(SetShadow {shadow}); }
     void fill(const NSBezierPath& path) override { m_calls.emplace_back(Fill {path}); }
     void stroke(const NSBezierPath& path) override { m_calls.emplace_back(Stroke {path}); }
-    void drawGradient(
-        const NSGradient& gradient, const NSBezierPath& path, double angle) override {
+    void drawGradient(const NSGradient& gradient, const NSBezierPath& path, double angle) override {
         m_calls.emplace_back(DrawGradient {gradient, path, angle});
     }
     /// Every character is half the font size wide and the line 1.25 font sizes high.
