@@ -129,7 +129,7 @@ public:
         ConsoleReporter::ReportRuns(runs);
         for (const Run& run : runs) {
             if (run.run_type == Run::RT_Iteration || run.aggregate_name == "median")
-                m_times[run.run_name.str()] = run.GetAdjustedRealTime();
+                m_times[run.run_name.str()] = run.GetAdjustedCPUTime();
         }
     }
 

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <pthread.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -119,8 +118,8 @@ TEST_F(PollRunLoopTest, AnExceptionLeavesTheLoopIntact) {
 }
 
 TEST_F(PollRunLoopTest, OtherThreadsAndSignalsReachAWaitingLoop) {
-    struct sigaction action { };
-    action.sa_handler = [](int) {};
+    struct sigaction action {};
+    action.sa_handler = [](int) { };
     ASSERT_EQ(::sigaction(SIGUSR1, &action, nullptr), 0);
     const pthread_t waiting = ::pthread_self();
     std::thread thread([&] {

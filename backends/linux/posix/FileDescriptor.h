@@ -11,7 +11,8 @@ namespace kw {
 /// Owns a file descriptor; -1 is none.
 class FileDescriptor {
 public:
-    explicit FileDescriptor(int descriptor = -1) : m_descriptor(descriptor) { }
+    explicit FileDescriptor(int descriptor = -1)
+        : m_descriptor(descriptor) { }
     FileDescriptor(FileDescriptor&& other) noexcept
         : m_descriptor(std::exchange(other.m_descriptor, -1)) { }
     FileDescriptor& operator=(FileDescriptor&& other) noexcept {

@@ -29,7 +29,8 @@ timespec timespecOf(double seconds) {
 
 } // namespace
 
-PollRunLoop::PollRunLoop() : m_wakeUp(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+PollRunLoop::PollRunLoop()
+    : m_wakeUp(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
     if (m_wakeUp.get() < 0)
         throw std::system_error(errno, std::generic_category(), "eventfd");
 }

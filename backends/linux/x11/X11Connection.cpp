@@ -37,14 +37,15 @@ std::unique_ptr<X11Connection> X11Connection::open(const std::string& displayNam
     return connection;
 }
 
-X11Connection::X11Connection(xcb_connection_t* xcb) : m_xcb(xcb) {
+X11Connection::X11Connection(xcb_connection_t* xcb)
+    : m_xcb(xcb) {
     if (isLost()
         || !xkb_x11_setup_xkb_extension(xcb, XKB_X11_MIN_MAJOR_XKB_VERSION,
             XKB_X11_MIN_MINOR_XKB_VERSION, XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr,
             &m_firstXkbEvent, nullptr))
         return;
     for (auto screen = xcb_setup_roots_iterator(xcb_get_setup(xcb)); screen.rem > 0;
-         xcb_screen_next(&screen))
+        xcb_screen_next(&screen))
         m_rootWindows.push_back(screen.data->root);
     m_keyboard = xkb_x11_get_core_keyboard_device_id(xcb);
     if (m_keyboard >= 0)

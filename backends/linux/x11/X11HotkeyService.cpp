@@ -31,7 +31,8 @@ std::bitset<256> keysDown(const xcb_query_keymap_reply_t& keymap) {
 } // namespace
 
 X11HotkeyService::X11HotkeyService(std::string displayName)
-    : m_displayName(std::move(displayName)), m_runLoop(Platform::runLoop()) {
+    : m_displayName(std::move(displayName))
+    , m_runLoop(Platform::runLoop()) {
     connect();
 }
 

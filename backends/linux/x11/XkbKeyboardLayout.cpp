@@ -9,8 +9,8 @@
 namespace kw {
 
 XkbKeyboardLayout::XkbKeyboardLayout(std::string displayName)
-    : m_displayName(std::move(displayName)),
-      m_context(xkb_context_new(XKB_CONTEXT_NO_DEFAULT_INCLUDES)) { }
+    : m_displayName(std::move(displayName))
+    , m_context(xkb_context_new(XKB_CONTEXT_NO_DEFAULT_INCLUDES)) { }
 
 XkbKeyboardLayout::~XkbKeyboardLayout() = default;
 
