@@ -5,6 +5,7 @@
 #include <KWToolkit/hotkeys/HotkeySuspension.h>
 #include <KWToolkit/hotkeys/KWGlobalHotkeyManager.h>
 #include <KWToolkit/platform/Platform.h>
+#include <KWToolkit/platform/foundation/Message.h>
 #include <tests/support/KeyInjector.h>
 #include <tests/support/PrivateDisplay.h>
 #include <tests/support/PumpUntil.h>
