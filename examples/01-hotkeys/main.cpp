@@ -110,14 +110,18 @@ int run(const std::string& name) {
     auto& hotkeys = kw::KWGlobalHotkeyManager::hotkeyManager();
     hotkeys.registerHotkey(keys.keyCode,
         {"count",
-            [&name, count = 0]() mutable { std::cout << name << " " << ++count << std::endl; }},
+            [&name, count = 0]() mutable {
+                std::cout << name << " " << ++count << '\n' << std::flush;
+            }},
         keys.command, keys.control, keys.option, keys.shift);
 
     const auto status = [&] {
         return *hotkeys.statusOfHotkey(
             keys.keyCode, keys.command, keys.control, keys.option, keys.shift);
     };
-    const auto tellStatus = [&] { std::cout << name << " " << describe(status()) << std::endl; };
+    const auto tellStatus = [&] {
+        std::cout << name << " " << describe(status()) << '\n' << std::flush;
+    };
     if (status() == kw::HotkeyStatus::unsupported)
         throw std::invalid_argument("'" + name + "' " + describe(status()));
     hotkeys.setStatusChangeHandler(tellStatus);

@@ -109,22 +109,22 @@ std::string encodingOfTravelType() {
         return std::string("{") + typeid(T).name() + "}";
 }
 
-// Types are compared by the address of their signature, and by encoding only where those differ:
-// each shared library has signatures of its own.
+// Types are compared by the address of their signature, and by encoding only where those differ: a
+// library that was loaded for itself alone has signatures of its own.
 
 template <class R>
 std::string encodeReturn() {
     return encodingOfTravelType<R>();
 }
 template <class R>
-inline constexpr Signature returnSignature {&encodeReturn<R>};
+KW_EXPORT inline constexpr Signature returnSignature {&encodeReturn<R>};
 
 template <class... A>
 std::string encodeArguments() {
     return ("@:" + ... + encodingOfTravelType<A>());
 }
 template <class... A>
-inline constexpr Signature argumentsSignature {&encodeArguments<A...>};
+KW_EXPORT inline constexpr Signature argumentsSignature {&encodeArguments<A...>};
 
 inline bool sameSignature(const Signature& one, const Signature& other) {
     return &one == &other || one.encode() == other.encode();

@@ -62,6 +62,10 @@ XcbPointer<xcb_generic_event_t> X11Connection::nextEvent() {
     return XcbPointer<xcb_generic_event_t>(xcb_poll_for_event(m_xcb));
 }
 
+XcbPointer<xcb_generic_event_t> X11Connection::nextQueuedEvent() {
+    return XcbPointer<xcb_generic_event_t>(xcb_poll_for_queued_event(m_xcb));
+}
+
 bool X11Connection::isMappingChange(const xcb_generic_event_t& event) const {
     if (eventType(event) == m_firstXkbEvent)
         return xkbTypeOf(event) == XCB_XKB_NEW_KEYBOARD_NOTIFY

@@ -34,6 +34,8 @@ public:
     void synchronize();
     /// The next event that has arrived, null for none yet.
     XcbPointer<xcb_generic_event_t> nextEvent();
+    /// The next event of those that were read along with others or with a reply.
+    XcbPointer<xcb_generic_event_t> nextQueuedEvent();
 
     /// Whether the event says that keys or modifiers mean something else now.
     bool isMappingChange(const xcb_generic_event_t& event) const;

@@ -186,7 +186,8 @@ void X11HotkeyService::pass() {
 
 void X11HotkeyService::readEvents() {
     for (;;) {
-        while (const auto event = m_connection->nextEvent())
+        // One look at the socket: what is left in it brings the loop back here.
+        for (auto event = m_connection->nextEvent(); event; event = m_connection->nextQueuedEvent())
             handle(*event);
         // Once for all the events that one change of the mapping comes in.
         if (!std::exchange(m_isMappingStale, false))
