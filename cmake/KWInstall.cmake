@@ -13,6 +13,8 @@ function(kw_install target component requires)
         FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
     install(EXPORT KWToolkit${component}Targets NAMESPACE KWToolkit::
         DESTINATION "${package_dir}")
+    # Relative, so that the package can be moved as a whole.
+    file(RELATIVE_PATH PC_PREFIX "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
     set(PC_NAME ${target})
     set(PC_REQUIRES "${requires}")
     configure_file("${PROJECT_SOURCE_DIR}/cmake/library.pc.in"
