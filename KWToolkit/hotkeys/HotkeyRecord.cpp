@@ -114,4 +114,13 @@ char16_t unicharFromKeycode(std::uint16_t keycode) {
     return Platform::keyboardLayout().characterForKeyCode(keycode);
 }
 
+std::optional<std::uint16_t> keycodeFromUnichar(char16_t character) {
+    constexpr std::uint16_t largestKeycode = 255; // of any keyboard
+    for (std::uint16_t keycode = 0; character != 0 && keycode <= largestKeycode; ++keycode) {
+        if (unicharFromKeycode(keycode) == character)
+            return keycode;
+    }
+    return std::nullopt;
+}
+
 } // namespace kw

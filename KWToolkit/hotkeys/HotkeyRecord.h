@@ -7,6 +7,7 @@
 #include <KWToolkit/platform/foundation/PropertyList.h>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace kw {
@@ -29,9 +30,9 @@ inline constexpr const char* KWAltModifier = "KWAltModifier"; ///< boolean
 inline constexpr const char* KWControlModifier = "KWControlModifier"; ///< boolean
 inline constexpr const char* KWShiftModifier = "KWShiftModifier"; ///< boolean
 
-/// A record as plain values, for code that acts on it.
+/// A hotkey as plain values, for code that acts on it.
 struct Hotkey {
-    bool hasKey = false; ///< whether the record names a key at all
+    bool hasKey = false; ///< whether it names a key at all
     std::uint16_t keycode = 0;
     char16_t character = 0;
     bool command = false;
@@ -60,5 +61,9 @@ KW_EXPORT std::string renderHotkeyRecord(const HotkeyRecord& record);
 /// The UTF-16 unit that the current keyboard layout gives for a key pressed alone, 0 if it gives
 /// none.
 KW_EXPORT char16_t unicharFromKeycode(std::uint16_t keycode);
+
+/// The key on which the current keyboard layout prints a character, the one of the smallest code
+/// where there are several, or nothing. Letters are printed small: ask for u'k'.
+KW_EXPORT std::optional<std::uint16_t> keycodeFromUnichar(char16_t character);
 
 } // namespace kw

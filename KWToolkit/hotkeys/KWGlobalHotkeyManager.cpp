@@ -60,6 +60,18 @@ void KWGlobalHotkeyManager::registerHotkey(std::uint32_t keycode, NamedCallable 
         });
 }
 
+void KWGlobalHotkeyManager::registerHotkey(const Hotkey& hotkey, SEL action, WeakReference target) {
+    if (hotkey.hasKey)
+        registerHotkey(hotkey.keycode, action, std::move(target), hotkey.command, hotkey.control,
+            hotkey.option, hotkey.shift);
+}
+
+void KWGlobalHotkeyManager::registerHotkey(const Hotkey& hotkey, NamedCallable action) {
+    if (hotkey.hasKey)
+        registerHotkey(hotkey.keycode, std::move(action), hotkey.command, hotkey.control,
+            hotkey.option, hotkey.shift);
+}
+
 void KWGlobalHotkeyManager::store(std::uint32_t keycode, std::uint32_t modifiers, SEL action,
     const std::function<std::shared_ptr<KWHotkeyObject>(EventHotKeyRef)>& makeRegistration) {
     HotkeyService& service = Platform::hotkeys();
@@ -79,6 +91,12 @@ void KWGlobalHotkeyManager::unregisterHotkey(std::uint32_t keycode, bool cmdModi
         Platform::hotkeys().unregisterEventHotKey(former.mapped()->eventHotKeyRef());
 }
 
+void KWGlobalHotkeyManager::unregisterHotkey(const Hotkey& hotkey) {
+    if (hotkey.hasKey)
+        unregisterHotkey(
+            hotkey.keycode, hotkey.command, hotkey.control, hotkey.option, hotkey.shift);
+}
+
 std::optional<HotkeyStatus> KWGlobalHotkeyManager::statusOfHotkey(std::uint32_t keycode,
     bool cmdModifier, bool controlModifier, bool optionModifier, bool shiftModifier) const {
     const auto mask = modifierMask(cmdModifier, controlModifier, optionModifier, shiftModifier);
@@ -86,6 +104,13 @@ std::optional<HotkeyStatus> KWGlobalHotkeyManager::statusOfHotkey(std::uint32_t 
     if (found == m_registeredHotkeys.end())
         return std::nullopt;
     return Platform::hotkeys().status(found->second->eventHotKeyRef());
+}
+
+std::optional<HotkeyStatus> KWGlobalHotkeyManager::statusOfHotkey(const Hotkey& hotkey) const {
+    if (!hotkey.hasKey)
+        return std::nullopt;
+    return statusOfHotkey(
+        hotkey.keycode, hotkey.command, hotkey.control, hotkey.option, hotkey.shift);
 }
 
 void KWGlobalHotkeyManager::setStatusChangeHandler(std::function<void()> handler) {

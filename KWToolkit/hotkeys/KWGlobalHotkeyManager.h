@@ -25,7 +25,7 @@ namespace kw {
 ///     auto& hotkeys = kw::KWGlobalHotkeyManager::hotkeyManager();
 ///     hotkeys.registerHotkey(keycode, kw::SEL("toggle"), player,
 ///         /*cmd*/ true, /*control*/ false, /*option*/ true, /*shift*/ false);
-///     hotkeys.registerHotkey(keycode, {"quit", [] { … }}, false, true, true, false);
+///     hotkeys.registerHotkey(hotkeyFromRecord(record), {"quit", [] { … }});
 ///
 /// A combination is a key code with four modifiers, and has one registration at most: a new one
 /// replaces the old. A registration is kept whether or not the desktop accepts the combination;
@@ -59,15 +59,21 @@ public:
     void registerHotkey(std::uint32_t keycode, NamedCallable action, bool cmdModifier,
         bool controlModifier, bool optionModifier, bool shiftModifier);
 
+    /// The same for a hotkey that was recorded. One that names no key is ignored.
+    void registerHotkey(const Hotkey& hotkey, SEL action, WeakReference target);
+    void registerHotkey(const Hotkey& hotkey, NamedCallable action);
+
     /// Gives a combination back; nothing for one that is not registered.
     void unregisterHotkey(std::uint32_t keycode, bool cmdModifier, bool controlModifier,
         bool optionModifier, bool shiftModifier);
+    void unregisterHotkey(const Hotkey& hotkey);
 
     const Registrations& registeredHotkeys() const { return m_registeredHotkeys; }
 
     /// How a registration stands with the desktop right now; nothing for an unknown combination.
     std::optional<HotkeyStatus> statusOfHotkey(std::uint32_t keycode, bool cmdModifier,
         bool controlModifier, bool optionModifier, bool shiftModifier) const;
+    std::optional<HotkeyStatus> statusOfHotkey(const Hotkey& hotkey) const;
 
     /// Calls `handler` after statuses have changed by themselves: another client gave a combination
     /// back, the desktop was lost. One handler; an empty one ends the calls.

@@ -174,19 +174,15 @@ void HotkeysPage::registerRecorded() {
     release();
     if (!m_recorded)
         return;
-    const kw::Hotkey hotkey = *m_recorded;
-    kw::KWGlobalHotkeyManager::hotkeyManager().registerHotkey(hotkey.keycode,
-        {"count", [this] { m_count->setNum(++m_presses); }}, hotkey.command, hotkey.control,
-        hotkey.option, hotkey.shift);
-    m_registered = hotkey;
+    kw::KWGlobalHotkeyManager::hotkeyManager().registerHotkey(
+        *m_recorded, {"count", [this] { m_count->setNum(++m_presses); }});
+    m_registered = m_recorded;
     updateStatus();
 }
 
 void HotkeysPage::release() {
     if (m_registered)
-        kw::KWGlobalHotkeyManager::hotkeyManager().unregisterHotkey(m_registered->keycode,
-            m_registered->command, m_registered->control, m_registered->option,
-            m_registered->shift);
+        kw::KWGlobalHotkeyManager::hotkeyManager().unregisterHotkey(*m_registered);
     m_registered.reset();
     updateStatus();
 }
@@ -198,9 +194,7 @@ void HotkeysPage::update(const char* message) {
 
 void HotkeysPage::updateStatus() {
     const auto status = m_registered
-        ? kw::KWGlobalHotkeyManager::hotkeyManager().statusOfHotkey(m_registered->keycode,
-              m_registered->command, m_registered->control, m_registered->option,
-              m_registered->shift)
+        ? kw::KWGlobalHotkeyManager::hotkeyManager().statusOfHotkey(*m_registered)
         : std::nullopt;
     m_status->setText(status ? statusText(*status) : "Not registered.");
     if (!m_recorded)

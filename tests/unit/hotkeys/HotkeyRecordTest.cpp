@@ -71,6 +71,14 @@ TEST_F(HotkeyRecordTest, RendersTheKey) {
             << row.keycode << " " << std::hex << row.character;
 }
 
+TEST_F(HotkeyRecordTest, FindsTheKeyOfACharacter) {
+    layout.setKey(200, {u'k', u'K'});
+    EXPECT_EQ(keycodeFromUnichar(u'k'), keyK);
+    EXPECT_EQ(keycodeFromUnichar(u'a'), keyA);
+    EXPECT_EQ(keycodeFromUnichar(u'K'), std::nullopt);
+    EXPECT_EQ(keycodeFromUnichar(0), std::nullopt); // what a dead key gives is no character
+}
+
 TEST_F(HotkeyRecordTest, RendersModifierRecords) {
     HotkeyRecord record;
     EXPECT_EQ(renderHotkeyRecord(record), "");

@@ -90,6 +90,40 @@ TEST_F(ManagerTest, KeysAreTheKeyCodePlusTheMask) {
     }
 }
 
+TEST_F(ManagerTest, EveryModifierMaskIsACombinationOfItsOwn) {
+    std::vector<std::uint32_t> pressed;
+    std::vector<std::uint32_t> expected;
+    for (int bits = 0; bits < 16; ++bits) {
+        const Hotkey hotkey {.hasKey = true,
+            .keycode = 9,
+            .command = (bits & 1) != 0,
+            .option = (bits & 2) != 0,
+            .control = (bits & 4) != 0,
+            .shift = (bits & 8) != 0};
+        const std::uint32_t mask = (hotkey.command ? 0x0100u : 0) | (hotkey.option ? 0x0800u : 0)
+            | (hotkey.control ? 0x1000u : 0) | (hotkey.shift ? 0x0200u : 0);
+        manager.registerHotkey(hotkey, {"press", [&pressed, mask] { pressed.push_back(mask); }});
+        EXPECT_EQ(manager.statusOfHotkey(hotkey), HotkeyStatus::live);
+        expected.push_back(mask);
+    }
+    for (const std::uint32_t mask : expected)
+        EXPECT_TRUE(service.press({9, mask}));
+    EXPECT_EQ(pressed, expected);
+    manager.unregisterHotkey({.hasKey = true, .keycode = 9});
+    EXPECT_EQ(manager.registeredHotkeys().size(), 15u);
+}
+
+TEST_F(ManagerTest, AHotkeyThatNamesNoKeyIsIgnored) {
+    const Hotkey none {.command = true};
+    manager.registerHotkey(none, SEL("quit"), host);
+    manager.registerHotkey(none, {"quit", nullptr});
+    EXPECT_TRUE(manager.registeredHotkeys().empty());
+    manager.registerHotkey(0, SEL("quit"), host, true, false, false, false);
+    manager.unregisterHotkey(none);
+    EXPECT_EQ(manager.statusOfHotkey(none), std::nullopt);
+    EXPECT_EQ(manager.registeredHotkeys().size(), 1u);
+}
+
 TEST_F(ManagerTest, ANewRegistrationReplacesTheOld) {
     Host second;
     manager.registerHotkey(40, SEL("quit"), host, true, false, false, false);
