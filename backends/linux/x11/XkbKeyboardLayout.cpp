@@ -2,11 +2,19 @@
 // SPDX-License-Identifier: MIT
 #include <backends/linux/x11/XkbKeyboardLayout.h>
 
+#include <KWToolkit/platform/services/Clock.h>
+
 #include <xkbcommon/xkbcommon-x11.h>
 
 #include <utility>
 
 namespace kw {
+
+namespace {
+
+constexpr double attemptInterval = 2; // seconds
+
+} // namespace
 
 XkbKeyboardLayout::XkbKeyboardLayout(std::string displayName)
     : m_displayName(std::move(displayName))
@@ -27,8 +35,10 @@ char16_t XkbKeyboardLayout::characterForKeyCode(std::uint16_t keyCode, bool shif
 }
 
 void XkbKeyboardLayout::followServer() {
-    if (!m_connection)
+    if (!m_connection && SteadyClock().now() >= m_nextAttempt) {
         m_connection = X11Connection::open(m_displayName);
+        m_nextAttempt = SteadyClock().now() + attemptInterval;
+    }
     if (!m_connection)
         return;
     while (const auto event = m_connection->nextEvent()) {

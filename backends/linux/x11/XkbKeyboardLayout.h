@@ -15,7 +15,7 @@ namespace kw {
 /// The layout of an X server's keyboard, in the group in force. Key codes are the server's.
 ///
 /// Each question reads first what the server has told since the last one, so an answer does not
-/// depend on a run loop. A display that is missing or lost is looked for again each time.
+/// depend on a run loop. A display that is missing or lost is looked for again every two seconds.
 class KW_EXPORT XkbKeyboardLayout final : public KeyboardLayout {
 public:
     /// The display is named as in DISPLAY; an empty name is what DISPLAY says.
@@ -35,6 +35,7 @@ private:
 
     const std::string m_displayName;
     std::unique_ptr<X11Connection> m_connection;
+    double m_nextAttempt = 0; ///< to find a display, on the steady clock
     std::unique_ptr<xkb_context, Release<xkb_context_unref>> m_context;
     /// Null while there is no layout, or another than was read.
     std::unique_ptr<xkb_state, Release<xkb_state_unref>> m_state;
