@@ -19,16 +19,6 @@ std::unique_ptr<KeyboardLayout> makeDefaultService() {
 }
 
 template <>
-std::unique_ptr<Clock> makeDefaultService() {
-    return std::make_unique<SteadyClock>();
-}
-
-template <>
-std::unique_ptr<Console> makeDefaultService() {
-    return std::make_unique<StandardErrorConsole>();
-}
-
-template <>
 std::unique_ptr<RunLoop> makeDefaultService() {
     return std::make_unique<StandardRunLoop>();
 }

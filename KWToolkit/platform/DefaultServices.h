@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The KWToolkit authors
 // SPDX-License-Identifier: MIT
 // What is used where nobody chose otherwise. Each build of the library has one source file that
-// defines this function: the desktop's backend where there is one, else DefaultServices.cpp.
+// defines this function for the ports that a desktop makes a difference to: the backend's where
+// there is one, else DefaultServices.cpp. Platform.cpp defines the others.
 #pragma once
 
 #include <memory>

@@ -17,11 +17,17 @@ std::unique_ptr<HotkeyService> makeDefaultService();
 template <>
 std::unique_ptr<KeyboardLayout> makeDefaultService();
 template <>
-std::unique_ptr<Clock> makeDefaultService();
-template <>
-std::unique_ptr<Console> makeDefaultService();
-template <>
 std::unique_ptr<RunLoop> makeDefaultService();
+
+// These need nothing but the standard library, so every build has the same.
+template <>
+std::unique_ptr<Clock> makeDefaultService() {
+    return std::make_unique<SteadyClock>();
+}
+template <>
+std::unique_ptr<Console> makeDefaultService() {
+    return std::make_unique<StandardErrorConsole>();
+}
 
 namespace {
 
