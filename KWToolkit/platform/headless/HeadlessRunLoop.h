@@ -15,7 +15,7 @@ public:
     explicit HeadlessRunLoop(HeadlessClock& clock)
         : m_clock(clock) { }
 
-    /// Moves the clock on by `seconds` and does all that falls due on the way.
+    /// Moves the clock on by `seconds`, a finite time, and does all that falls due on the way.
     void advance(double seconds);
 
     Watch watchDescriptor(int, std::function<void()>) override { return Watch::none; }
