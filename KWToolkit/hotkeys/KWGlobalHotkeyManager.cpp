@@ -44,20 +44,19 @@ KWGlobalHotkeyManager& KWGlobalHotkeyManager::init() {
 
 void KWGlobalHotkeyManager::registerHotkey(std::uint32_t keycode, SEL action, WeakReference target,
     bool cmdModifier, bool controlModifier, bool optionModifier, bool shiftModifier) {
-    store(keycode, modifierMask(cmdModifier, controlModifier, optionModifier, shiftModifier),
-        action, [&](EventHotKeyRef handle) {
-            return std::make_shared<KWHotkeyObject>(keycode, handle, std::move(target), action);
-        });
+    const auto mask = modifierMask(cmdModifier, controlModifier, optionModifier, shiftModifier);
+    const EventHotKeyRef handle = replaceCombination(keycode, mask, action);
+    m_registeredHotkeys.insert_or_assign(hotkeyKey(keycode, mask),
+        std::make_shared<KWHotkeyObject>(keycode, handle, std::move(target), action));
 }
 
 void KWGlobalHotkeyManager::registerHotkey(std::uint32_t keycode, NamedCallable action,
     bool cmdModifier, bool controlModifier, bool optionModifier, bool shiftModifier) {
     const SEL name(action.name);
-    store(keycode, modifierMask(cmdModifier, controlModifier, optionModifier, shiftModifier), name,
-        [&](EventHotKeyRef handle) {
-            return std::make_shared<KWHotkeyObject>(
-                keycode, handle, std::move(action.callable), name);
-        });
+    const auto mask = modifierMask(cmdModifier, controlModifier, optionModifier, shiftModifier);
+    const EventHotKeyRef handle = replaceCombination(keycode, mask, name);
+    m_registeredHotkeys.insert_or_assign(hotkeyKey(keycode, mask),
+        std::make_shared<KWHotkeyObject>(keycode, handle, std::move(action.callable), name));
 }
 
 void KWGlobalHotkeyManager::registerHotkey(const Hotkey& hotkey, SEL action, WeakReference target) {
@@ -72,16 +71,13 @@ void KWGlobalHotkeyManager::registerHotkey(const Hotkey& hotkey, NamedCallable a
             hotkey.option, hotkey.shift);
 }
 
-void KWGlobalHotkeyManager::store(std::uint32_t keycode, std::uint32_t modifiers, SEL action,
-    const std::function<std::shared_ptr<KWHotkeyObject>(EventHotKeyRef)>& makeRegistration) {
+EventHotKeyRef KWGlobalHotkeyManager::replaceCombination(
+    std::uint32_t keycode, std::uint32_t modifiers, SEL action) {
     HotkeyService& service = Platform::hotkeys();
-    const std::uint16_t key = hotkeyKey(keycode, modifiers);
-    if (const auto former = m_registeredHotkeys.extract(key))
+    if (const auto former = m_registeredHotkeys.extract(hotkeyKey(keycode, modifiers)))
         service.unregisterEventHotKey(former.mapped()->eventHotKeyRef());
-
     const EventHotKeyID identifier {fourCharCodeToOSType(action.name()), keycode + modifiers};
-    const EventHotKeyRef handle = service.registerEventHotKey(keycode, modifiers, identifier);
-    m_registeredHotkeys.insert_or_assign(key, makeRegistration(handle));
+    return service.registerEventHotKey(keycode, modifiers, identifier);
 }
 
 void KWGlobalHotkeyManager::unregisterHotkey(std::uint32_t keycode, bool cmdModifier,

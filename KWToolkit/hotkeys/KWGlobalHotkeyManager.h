@@ -81,8 +81,7 @@ public:
 
 private:
     KWGlobalHotkeyManager() = default;
-    void store(std::uint32_t keycode, std::uint32_t modifiers, SEL action,
-        const std::function<std::shared_ptr<KWHotkeyObject>(EventHotKeyRef)>& makeRegistration);
+    EventHotKeyRef replaceCombination(std::uint32_t keycode, std::uint32_t modifiers, SEL action);
 
     bool m_hasInited = false;
     Registrations m_registeredHotkeys;

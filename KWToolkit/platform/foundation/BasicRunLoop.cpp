@@ -6,20 +6,15 @@
 
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 namespace kw {
 
 RunLoop::Timer BasicRunLoop::callAfter(double delay, std::function<void()> task) {
-    const double due = delay > 0 ? now() + delay : now(); // not a number: now
-    m_timers.emplace(std::pair {due, ++m_lastTimer}, std::move(task));
-    return Timer {m_lastTimer};
+    return m_timers.add(now(), delay, std::move(task));
 }
 
-void BasicRunLoop::cancel(Timer timer) {
-    std::erase_if(m_timers, [timer](const auto& entry) {
-        return entry.first.second == static_cast<std::uint64_t>(timer);
-    });
-}
+void BasicRunLoop::cancel(Timer timer) { m_timers.cancel(timer); }
 
 void BasicRunLoop::perform(std::function<void()> task) {
     {
@@ -53,10 +48,11 @@ bool BasicRunLoop::runOnce(double timeout) {
             timeout = 0;
     }
     // What is scheduled from here on waits for the next pass.
-    const std::uint64_t lastTimer = m_lastTimer;
-    const bool happened = wait(std::clamp(secondsToNextTimer(), 0.0, std::max(timeout, 0.0)));
+    const Timer newest = m_timers.newest();
+    const double next = m_timers.secondsToNext(now()).value_or(forever);
+    const bool happened = wait(std::clamp(next, 0.0, std::max(timeout, 0.0)));
     const bool performed = performTasks();
-    const bool fired = fireTimers(lastTimer);
+    const bool fired = fireTimers(newest);
     return happened || performed || fired;
 }
 
@@ -82,23 +78,14 @@ bool BasicRunLoop::performTasks() {
     return done > 0;
 }
 
-bool BasicRunLoop::fireTimers(std::uint64_t madeBefore) {
+bool BasicRunLoop::fireTimers(Timer newest) {
     const double time = now();
     bool fired = false;
-    for (;;) {
-        const auto due = std::ranges::find_if(
-            m_timers, [madeBefore](const auto& entry) { return entry.first.second <= madeBefore; });
-        if (due == m_timers.end() || due->first.first > time)
-            return fired;
-        const auto task = std::move(due->second);
-        m_timers.erase(due);
+    while (const auto task = m_timers.takeDue(time, newest)) {
         fired = true;
-        task();
+        (*task)();
     }
-}
-
-double BasicRunLoop::secondsToNextTimer() const {
-    return m_timers.empty() ? forever : m_timers.begin()->first.first - now();
+    return fired;
 }
 
 double StandardRunLoop::now() const { return SteadyClock().now(); }

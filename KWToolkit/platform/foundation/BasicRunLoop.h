@@ -2,14 +2,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <KWToolkit/platform/foundation/TimerQueue.h>
 #include <KWToolkit/platform/services/RunLoop.h>
 
 #include <condition_variable>
 #include <deque>
 #include <limits>
-#include <map>
 #include <mutex>
-#include <utility>
 
 namespace kw {
 
@@ -34,13 +33,10 @@ protected:
     virtual void wake() = 0;
 
 private:
-    bool fireTimers(std::uint64_t madeBefore);
+    bool fireTimers(Timer newest);
     bool performTasks();
-    double secondsToNextTimer() const;
 
-    // By time due, then by age.
-    std::map<std::pair<double, std::uint64_t>, std::function<void()>> m_timers;
-    std::uint64_t m_lastTimer = 0;
+    TimerQueue m_timers;
 
     std::mutex m_mutex; // guards what follows
     std::deque<std::function<void()>> m_tasks;

@@ -28,38 +28,29 @@ QtRunLoop::QtRunLoop() {
 }
 
 RunLoop::Timer QtRunLoop::callAfter(double delay, std::function<void()> task) {
-    const double now = m_clock.now();
-    const double due = delay > 0 ? now + delay : now; // not a number: now
-    m_timers.emplace(std::pair {due, ++m_lastTimer}, std::move(task));
+    const Timer timer = m_timers.add(m_clock.now(), delay, std::move(task));
     startTimer();
-    return Timer {m_lastTimer};
+    return timer;
 }
 
 void QtRunLoop::cancel(Timer timer) {
-    std::erase_if(m_timers, [timer](const auto& entry) {
-        return entry.first.second == static_cast<std::uint64_t>(timer);
-    });
+    m_timers.cancel(timer);
     startTimer();
 }
 
 void QtRunLoop::startTimer() {
-    if (m_timers.empty())
-        m_timer.stop();
+    if (const auto seconds = m_timers.secondsToNext(m_clock.now()))
+        m_timer.start(milliseconds(*seconds));
     else
-        m_timer.start(milliseconds(m_timers.begin()->first.first - m_clock.now()));
+        m_timer.stop();
 }
 
 void QtRunLoop::fireTimer() {
-    const auto first = m_timers.begin();
-    std::function<void()> task;
-    if (first != m_timers.end() && first->first.first <= m_clock.now()) {
-        task = std::move(first->second);
-        m_timers.erase(first);
-    }
+    const auto task = m_timers.takeDue(m_clock.now(), m_timers.newest());
     // Before the call: the task may run a loop in which the others are to fire.
     startTimer();
     if (task)
-        callGuarded(task);
+        callGuarded(*task);
 }
 
 RunLoop::Watch QtRunLoop::watchDescriptor(int descriptor, std::function<void()> readable) {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <KWToolkit/platform/foundation/TimerQueue.h>
 #include <KWToolkit/platform/services/Clock.h>
 #include <KWToolkit/platform/services/RunLoop.h>
 
@@ -11,7 +12,6 @@
 
 #include <atomic>
 #include <map>
-#include <utility>
 #include <vector>
 
 class QSocketNotifier;
@@ -41,9 +41,7 @@ private:
     QEventLoop m_loop; // of single passes; gives a thread that Qt did not start its dispatcher
     SteadyClock m_clock;
 
-    // By time due, then by age: Qt's own timers know the former only, in milliseconds.
-    std::map<std::pair<double, std::uint64_t>, std::function<void()>> m_timers;
-    std::uint64_t m_lastTimer = 0;
+    TimerQueue m_timers; // Qt's own do not fire in the order in which they were made
     QTimer m_timer; // for the first of them
 
     std::map<Watch, QSocketNotifier*> m_notifiers;

@@ -78,7 +78,7 @@ private:
 class ViewWidget::Private final : public ViewHost {
 public:
     Private(ViewWidget& host, std::shared_ptr<NSView> view)
-        : root(std::move(view))
+        : root(view ? std::move(view) : std::make_shared<NSView>())
         , sizeHint(root->frame().size)
         , m_widget(host) {
         root->setHost(this);

@@ -23,6 +23,7 @@ namespace kw::qt {
 /// they throw is written to `Platform::console()`.
 class KW_EXPORT ViewWidget : public QWidget {
 public:
+    /// Null shows an empty view.
     explicit ViewWidget(std::shared_ptr<NSView> rootView, QWidget* parent = nullptr);
     /// Takes the focus from the first responder; the views may live on.
     ~ViewWidget() override;

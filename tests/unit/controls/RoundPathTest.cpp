@@ -22,7 +22,7 @@ TEST(RoundPath, SharpOutlineShowsTheGrid) {
     const struct {
         const char* name;
         NSRect rect;
-        float border;
+        double border; // the call narrows it
         std::vector<NSPoint> points; // the start, then the four corners
     } rows[] = {
         {"no border", NSMakeRect(0, 0, 100, 20), 0,
@@ -30,6 +30,8 @@ TEST(RoundPath, SharpOutlineShowsTheGrid) {
         {"border", NSMakeRect(0, 0, 100, 20), 2, {{50, 1}, {99, 1}, {99, 19}, {1, 19}, {1.5, 1.5}}},
         {"fractions snap outward", NSMakeRect(0.3, 0.3, 10.4, 10.4), 0,
             {{6, 0}, {11, 0}, {11, 11}, {0, 11}, {0.5, 0.5}}},
+        {"the border is a float, a little over 0.1", NSMakeRect(0.9499999999, 0, 10, 10), 0.1,
+            {{6, 0}, {11, 0}, {11, 10}, {1, 10}, {1.5, 0.5}}},
         {"negative origins truncate toward zero", NSMakeRect(-10, -10, 20, 20), 0,
             {{0, -9}, {10, -9}, {10, 10}, {-9, 10}, {-9.5, -9.5}}},
         {"border wider than the rectangle", NSMakeRect(30, 30, 4, 4), 6,

@@ -25,21 +25,28 @@ public:
         static Class object("Delegate", NSObject::classObject(),
             {
                 method("hotkeyViewWillChangeHotkey:",
-                    [](Delegate& d, KWHotkeyView&) { d.log += "will "; }),
+                    [](Delegate& d, KWHotkeyView& view) { d.note("will", view); }),
                 method("hotkeyViewChangedHotkey:",
                     [](Delegate& d, KWHotkeyView& view) {
-                        d.log += "changed:" + view.renderHotkeyDict(*view.registeredHotkey()) + " ";
+                        d.note("changed:" + view.renderHotkeyDict(*view.registeredHotkey()), view);
                     }),
                 method("hotkeyViewUndoLastChanges:",
-                    [](Delegate& d, KWHotkeyView&) { d.log += "undo "; }),
+                    [](Delegate& d, KWHotkeyView& view) { d.note("undo", view); }),
                 method("hotkeyViewRemovedHotkey:",
                     [](Delegate& d, KWHotkeyView& view) {
-                        d.log += view.registeredHotkey() ? "removed " : "removed(none) ";
+                        d.note(view.registeredHotkey() ? "removed" : "removed(none)", view);
                     }),
             });
         return object;
     }
     Class& isa() const override { return classObject(); }
+    /// A message that comes while the view still looks armed is marked.
+    void note(const std::string& message, const KWHotkeyView& view) {
+        EXPECT_FALSE(view.acceptHotkey());
+        const auto& color = view.currentButtomGradient().stops()[1].color;
+        const bool looksArmed = color == NSColor::colorWithCalibratedRed(0.63, 0.77, 0.08, 1);
+        log += message + (looksArmed ? "! " : " ");
+    }
     std::string log;
 };
 
@@ -141,9 +148,9 @@ TEST_F(KWHotkeyViewTest, KeysWhileArmed) {
         {"return", "\r", command, "changed:⌘ K ", before, false},
         {"escape", "\x1B", 0, "undo ", before, false},
         {"escape with command", "\x1B", command, "undo ", before, false},
-        {"delete", "\x7F", 0, "removed ", none, false},
-        {"delete with command", "\x7F", command, "removed ", none, false},
-        {"forward delete", "\uF728", 0, "removed ", none, false},
+        {"delete", "\x7F", 0, "removed! ", none, false},
+        {"delete with command", "\x7F", command, "removed! ", none, false},
+        {"forward delete", "\uF728", 0, "removed! ", none, false},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
