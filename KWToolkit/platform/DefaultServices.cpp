@@ -19,6 +19,36 @@ std::unique_ptr<KeyboardLayout> makeDefaultService() {
 }
 
 template <>
+std::unique_ptr<MainBundle> makeDefaultService() {
+    return std::make_unique<UnavailableMainBundle>();
+}
+
+template <>
+std::unique_ptr<DefaultsStore> makeDefaultService() {
+    return std::make_unique<UnavailableDefaultsStore>();
+}
+
+template <>
+std::unique_ptr<SearchPaths> makeDefaultService() {
+    return std::make_unique<StandardSearchPaths>();
+}
+
+template <>
+std::unique_ptr<FileSystem> makeDefaultService() {
+    return std::make_unique<StandardFileSystem>();
+}
+
+template <>
+std::unique_ptr<SystemLog> makeDefaultService() {
+    return std::make_unique<UnavailableSystemLog>();
+}
+
+template <>
+std::unique_ptr<Workspace> makeDefaultService() {
+    return std::make_unique<UnavailableWorkspace>();
+}
+
+template <>
 std::unique_ptr<RunLoop> makeDefaultService() {
     return std::make_unique<StandardRunLoop>();
 }

@@ -17,6 +17,18 @@ std::unique_ptr<HotkeyService> makeDefaultService();
 template <>
 std::unique_ptr<KeyboardLayout> makeDefaultService();
 template <>
+std::unique_ptr<MainBundle> makeDefaultService();
+template <>
+std::unique_ptr<DefaultsStore> makeDefaultService();
+template <>
+std::unique_ptr<SearchPaths> makeDefaultService();
+template <>
+std::unique_ptr<FileSystem> makeDefaultService();
+template <>
+std::unique_ptr<SystemLog> makeDefaultService();
+template <>
+std::unique_ptr<Workspace> makeDefaultService();
+template <>
 std::unique_ptr<RunLoop> makeDefaultService();
 
 // These need nothing but the standard library, so every build has the same.
@@ -71,6 +83,12 @@ Service* ServiceSlot<Service>::exchangeOverride(Service* service) {
 
 template struct ServiceSlot<HotkeyService>;
 template struct ServiceSlot<KeyboardLayout>;
+template struct ServiceSlot<MainBundle>;
+template struct ServiceSlot<DefaultsStore>;
+template struct ServiceSlot<SearchPaths>;
+template struct ServiceSlot<FileSystem>;
+template struct ServiceSlot<SystemLog>;
+template struct ServiceSlot<Workspace>;
 template struct ServiceSlot<Clock>;
 template struct ServiceSlot<Console>;
 template struct ServiceSlot<RunLoop>;
@@ -79,6 +97,12 @@ template struct ServiceSlot<RunLoop>;
 
 HotkeyService& Platform::hotkeys() { return detail::ServiceSlot<HotkeyService>::inUse(); }
 KeyboardLayout& Platform::keyboardLayout() { return detail::ServiceSlot<KeyboardLayout>::inUse(); }
+MainBundle& Platform::mainBundle() { return detail::ServiceSlot<MainBundle>::inUse(); }
+DefaultsStore& Platform::defaultsStore() { return detail::ServiceSlot<DefaultsStore>::inUse(); }
+SearchPaths& Platform::searchPaths() { return detail::ServiceSlot<SearchPaths>::inUse(); }
+FileSystem& Platform::fileSystem() { return detail::ServiceSlot<FileSystem>::inUse(); }
+SystemLog& Platform::systemLog() { return detail::ServiceSlot<SystemLog>::inUse(); }
+Workspace& Platform::workspace() { return detail::ServiceSlot<Workspace>::inUse(); }
 Clock& Platform::clock() { return detail::ServiceSlot<Clock>::inUse(); }
 Console& Platform::console() { return detail::ServiceSlot<Console>::inUse(); }
 RunLoop& Platform::runLoop() { return detail::ServiceSlot<RunLoop>::inUse(); }

@@ -5,9 +5,15 @@
 #include <KWToolkit/platform/Export.h>
 #include <KWToolkit/platform/services/Clock.h>
 #include <KWToolkit/platform/services/Console.h>
+#include <KWToolkit/platform/services/DefaultsStore.h>
+#include <KWToolkit/platform/services/FileSystem.h>
 #include <KWToolkit/platform/services/HotkeyService.h>
 #include <KWToolkit/platform/services/KeyboardLayout.h>
+#include <KWToolkit/platform/services/MainBundle.h>
 #include <KWToolkit/platform/services/RunLoop.h>
+#include <KWToolkit/platform/services/SearchPaths.h>
+#include <KWToolkit/platform/services/SystemLog.h>
+#include <KWToolkit/platform/services/Workspace.h>
 
 #include <functional>
 #include <memory>
@@ -20,6 +26,12 @@ class KW_EXPORT Platform {
 public:
     static HotkeyService& hotkeys();
     static KeyboardLayout& keyboardLayout();
+    static MainBundle& mainBundle();
+    static DefaultsStore& defaultsStore();
+    static SearchPaths& searchPaths();
+    static FileSystem& fileSystem();
+    static SystemLog& systemLog();
+    static Workspace& workspace();
     static Clock& clock();
     static Console& console();
     /// The calling thread's loop. Other services have one instance a process, this one a thread.
@@ -51,6 +63,12 @@ struct KW_EXPORT ServiceSlot {
 
 extern template struct ServiceSlot<HotkeyService>;
 extern template struct ServiceSlot<KeyboardLayout>;
+extern template struct ServiceSlot<MainBundle>;
+extern template struct ServiceSlot<DefaultsStore>;
+extern template struct ServiceSlot<SearchPaths>;
+extern template struct ServiceSlot<FileSystem>;
+extern template struct ServiceSlot<SystemLog>;
+extern template struct ServiceSlot<Workspace>;
 extern template struct ServiceSlot<Clock>;
 extern template struct ServiceSlot<Console>;
 extern template struct ServiceSlot<RunLoop>;
@@ -58,6 +76,12 @@ extern template struct ServiceSlot<RunLoop>;
 // The port behind a service class: what the class itself or the base of it has a slot for.
 HotkeyService& portOf(HotkeyService&);
 KeyboardLayout& portOf(KeyboardLayout&);
+MainBundle& portOf(MainBundle&);
+DefaultsStore& portOf(DefaultsStore&);
+SearchPaths& portOf(SearchPaths&);
+FileSystem& portOf(FileSystem&);
+SystemLog& portOf(SystemLog&);
+Workspace& portOf(Workspace&);
 Clock& portOf(Clock&);
 Console& portOf(Console&);
 RunLoop& portOf(RunLoop&);

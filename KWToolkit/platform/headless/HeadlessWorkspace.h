@@ -1,0 +1,22 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <KWToolkit/platform/services/Workspace.h>
+
+#include <map>
+
+namespace kw {
+
+/// Knows the applications that a test says.
+class KW_EXPORT HeadlessWorkspace final : public Workspace {
+public:
+    std::optional<std::string> applicationPath(const std::string& identifier) override {
+        const auto found = applications.find(identifier);
+        return found == applications.end() ? std::nullopt : std::optional(found->second);
+    }
+
+    std::map<std::string, std::string> applications; ///< identifier to path
+};
+
+} // namespace kw

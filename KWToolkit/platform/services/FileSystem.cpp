@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#include <KWToolkit/platform/services/FileSystem.h>
+
+#include <system_error>
+
+namespace kw {
+
+namespace fs = std::filesystem;
+
+FileSystem::~FileSystem() = default;
+
+std::vector<FileEntry> StandardFileSystem::enumerate(const std::string& folder) {
+    std::vector<FileEntry> entries;
+    std::error_code error;
+    fs::recursive_directory_iterator entry(
+        folder, fs::directory_options::skip_permission_denied, error);
+    while (!error && entry != fs::recursive_directory_iterator()) {
+        if (const auto date = modificationDate(entry->path()))
+            entries.push_back({entry->path().lexically_relative(folder).string(), *date});
+        entry.increment(error);
+    }
+    return entries;
+}
+
+bool StandardFileSystem::fileExists(const std::string& path) {
+    std::error_code error;
+    return fs::exists(path, error);
+}
+
+bool StandardFileSystem::createDirectory(const std::string& path) {
+    std::error_code error;
+    return fs::create_directory(path, error);
+}
+
+std::optional<FileDate> StandardFileSystem::modificationDate(const fs::path& path) const {
+    std::error_code error;
+    const auto time = fs::last_write_time(path, error);
+    if (error)
+        return std::nullopt;
+    return std::chrono::time_point_cast<FileDate::duration>(std::chrono::file_clock::to_sys(time));
+}
+
+} // namespace kw

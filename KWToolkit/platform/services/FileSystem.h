@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <KWToolkit/platform/Export.h>
+
+#include <chrono>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kw {
+
+using FileDate = std::chrono::sys_time<std::chrono::nanoseconds>;
+
+struct FileEntry {
+    std::string relativePath; ///< to the folder that was listed, such as "a/b"
+    FileDate modificationDate; ///< the entry's own where it is a link
+};
+
+/// Files and folders. Used on any thread.
+class KW_EXPORT FileSystem {
+public:
+    virtual ~FileSystem();
+    /// Whatever is in a folder and in the folders below it, links to folders not followed, in the
+    /// order in which the file system lists it. Empty where there is no such folder; what may not
+    /// be read is left out.
+    virtual std::vector<FileEntry> enumerate(const std::string& folder) = 0;
+    /// Whether there is anything at the path; a link that leads nowhere is nothing.
+    virtual bool fileExists(const std::string& path) = 0;
+    /// Makes one folder. False where there is one, or no folder to put it in.
+    virtual bool createDirectory(const std::string& path) = 0;
+};
+
+/// What the standard library offers.
+class KW_EXPORT StandardFileSystem : public FileSystem {
+public:
+    std::vector<FileEntry> enumerate(const std::string& folder) override;
+    bool fileExists(const std::string& path) override;
+    bool createDirectory(const std::string& path) override;
+
+protected:
+    /// Nothing for an entry that is gone. Here a link's date is that of what it leads to.
+    virtual std::optional<FileDate> modificationDate(const std::filesystem::path& path) const;
+};
+
+} // namespace kw
