@@ -3,11 +3,17 @@
 // Everything: the chief header of each room.
 #pragma once
 
+#include <KWToolkit/appservices/KWCrashLogFinder.h>
+#include <KWToolkit/appservices/KWPathUtils.h>
 #include <KWToolkit/controls/NSBezierPath+RoundPath.h>
 #include <KWToolkit/hotkeys/KWGlobalHotkeyManager.h>
 #include <KWToolkit/hotkeys/KWHotkeyView.h>
+#include <KWToolkit/logging/GDASLLog.h>
+#include <KWToolkit/logging/KWFileLogger.h>
 #include <KWToolkit/platform/Platform.h>
 #include <KWToolkit/platform/foundation/Message.h>
+#include <KWToolkit/platform/foundation/NSBundle.h>
+#include <KWToolkit/platform/foundation/NSUserDefaults.h>
 #include <KWToolkit/runtime/NSObject+BlocksAdditions.h>
 #include <KWToolkit/runtime/NSObject+OBAssociatedObjects.h>
 #include <KWToolkit/runtime/NSObject+Swizzle.h>

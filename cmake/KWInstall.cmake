@@ -8,9 +8,13 @@ set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/KWToolkit")
 
 # kw_install(<target> <component> <pkg-config requirements>)
 function(kw_install target component requires)
+    get_target_property(header_sets ${target} INTERFACE_HEADER_SETS)
+    set(headers)
+    foreach(set IN LISTS header_sets)
+        list(APPEND headers FILE_SET ${set} DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
+    endforeach()
     install(TARGETS ${target} EXPORT KWToolkit${component}Targets
-        LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
-        FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
+        LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" ${headers})
     install(EXPORT KWToolkit${component}Targets NAMESPACE KWToolkit::
         DESTINATION "${package_dir}")
     # Relative, so that the package can be moved as a whole.

@@ -5,6 +5,8 @@
 
 #include <KWToolkit/platform/Platform.h>
 #include <backends/linux/posix/PollRunLoop.h>
+#include <backends/linux/posix/PosixFileSystem.h>
+#include <backends/linux/posix/PosixSystemLog.h>
 #include <backends/linux/x11/X11HotkeyService.h>
 #include <backends/linux/x11/XkbKeyboardLayout.h>
 
@@ -37,12 +39,12 @@ std::unique_ptr<SearchPaths> makeDefaultService() {
 
 template <>
 std::unique_ptr<FileSystem> makeDefaultService() {
-    return std::make_unique<StandardFileSystem>();
+    return std::make_unique<PosixFileSystem>();
 }
 
 template <>
 std::unique_ptr<SystemLog> makeDefaultService() {
-    return std::make_unique<UnavailableSystemLog>();
+    return std::make_unique<PosixSystemLog>();
 }
 
 template <>

@@ -1,0 +1,15 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <KWToolkit/platform/services/FileSystem.h>
+
+namespace kw {
+
+/// Files with the dates that links have of their own.
+class KW_EXPORT PosixFileSystem final : public StandardFileSystem {
+protected:
+    std::optional<FileDate> modificationDate(const std::filesystem::path& path) const override;
+};
+
+} // namespace kw
