@@ -15,4 +15,7 @@ bool hasDisplay();
 /// Hands on the display's own mouse and keyboard; null where there are none to be had.
 std::unique_ptr<Hands> realHands();
 
+/// From now on a crash leaves a report. Whether it does.
+bool writeCrashReports();
+
 } // namespace gallery

@@ -3,6 +3,7 @@
 #include "GalleryWindow.h"
 
 #include "HotkeysPage.h"
+#include "LoggingPage.h"
 #include "Page.h"
 
 #include <QHBoxLayout>
@@ -14,6 +15,7 @@ namespace {
 // A page of a facility is a line here.
 const Page pages[] {
     {"Hotkeys", &HotkeysPage::make, &HotkeysPage::visit},
+    {"Logging", &LoggingPage::make, &LoggingPage::visit},
 };
 
 } // namespace

@@ -3,30 +3,19 @@
 #include "HotkeysPage.h"
 
 #include "Tour.h"
+#include "Widgets.h"
 
 #include <KWToolkit/hotkeys/KWGlobalHotkeyManager.h>
 #include <KWToolkit/platform/Platform.h>
 #include <KWToolkit/platform/foundation/Message.h>
 
-#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QStringList>
-#include <QVBoxLayout>
 
 namespace gallery {
 
 namespace {
-
-QLabel* label(const QString& text = {}, double scale = 1, bool isBold = false) {
-    auto* const result = new QLabel(text);
-    QFont font = result->font();
-    font.setPointSizeF(font.pointSizeF() * scale);
-    font.setBold(isBold);
-    result->setFont(font);
-    result->setWordWrap(true);
-    return result;
-}
 
 QString valueText(const kw::PropertyValue& value) {
     if (const bool* const boolean = value.boolean())
@@ -106,35 +95,19 @@ HotkeysPage::HotkeysPage()
     tools->addWidget(m_release);
     tools->addStretch();
 
-    auto* const facts = new QGridLayout;
-    facts->setHorizontalSpacing(20);
-    facts->setVerticalSpacing(14);
-    facts->setColumnStretch(1, 1);
-    const std::pair<const char*, QLabel*> rows[] {
-        {"Status", m_status},
-        {"Presses", m_count},
-        {"Record", m_record},
-        {"Delegate was told", m_message},
-        {"This desktop", m_capabilities},
-    };
-    for (int row = 0; const auto& [caption, value] : rows) {
-        auto* const name = label(caption);
-        name->setWordWrap(false);
-        name->setForegroundRole(QPalette::PlaceholderText);
-        facts->addWidget(name, row, 0, Qt::AlignRight | Qt::AlignTop);
-        facts->addWidget(value, row++, 1, Qt::AlignTop);
-    }
-
-    auto* const layout = new QVBoxLayout(this);
-    layout->setContentsMargins(32, 24, 32, 24);
-    layout->setSpacing(16);
-    layout->addWidget(label("Hotkeys", 1.8, true));
+    auto* const layout = pageLayout(*this, "Hotkeys");
     layout->addWidget(label("Click the key cap and type a combination with Option, Control or "
                             "Command. Register it, and it works whichever application is in "
                             "front."));
     layout->addLayout(tools);
     layout->addSpacing(8);
-    layout->addLayout(facts);
+    layout->addLayout(factsLayout({
+        {"Status", m_status},
+        {"Presses", m_count},
+        {"Record", m_record},
+        {"Delegate was told", m_message},
+        {"This desktop", m_capabilities},
+    }));
     layout->addStretch();
 
     connect(m_register, &QPushButton::clicked, this, [this] { registerRecorded(); });

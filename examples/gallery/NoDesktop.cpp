@@ -13,4 +13,6 @@ bool hasDisplay() {
 
 std::unique_ptr<Hands> realHands() { return nullptr; }
 
+bool writeCrashReports() { return false; }
+
 } // namespace gallery

@@ -4,6 +4,7 @@
 
 #include "Desktop.h"
 
+#include <QEvent>
 #include <QGuiApplication>
 #include <QTest>
 #include <QWidget>
@@ -21,6 +22,17 @@ std::unique_ptr<Hands> handsFor(const QString& platform) {
     return hands ? std::move(hands) : postedHands();
 }
 
+class ReleaseFilter final : public QObject {
+public:
+    bool isReleased = false;
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        isReleased |= event->type() == QEvent::MouseButtonRelease;
+        return false;
+    }
+};
+
 } // namespace
 
 Tour::Tour(QWidget& window, const QString& folder)
@@ -36,7 +48,13 @@ Tour::Tour(QWidget& window, const QString& folder)
 
 void Tour::click(QWidget& widget) {
     hands().pressMouse(widget, widget.rect().center());
+    ReleaseFilter filter;
+    widget.installEventFilter(&filter);
     hands().releaseMouse(widget, widget.rect().center());
+    if (QTest::qWaitFor([&] { return filter.isReleased; }, patience))
+        return;
+    ++m_failures;
+    write(QString("FAILED  to click at a %1").arg(widget.metaObject()->className()));
 }
 
 bool Tour::expect(

@@ -23,6 +23,7 @@ public:
     Tour(QWidget& window, const QString& folder);
 
     Hands& hands() { return *m_hands; }
+    /// Clicks, and waits until the widget has seen it: hands may be faster than the desktop.
     void click(QWidget& widget);
 
     /// Waits, at most ten seconds, until `seen` is what is expected.

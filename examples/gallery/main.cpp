@@ -5,11 +5,14 @@
 #include "GalleryWindow.h"
 #include "Tour.h"
 
+#include <KWToolkit/platform/foundation/NSBundle.h>
+
 #include <QApplication>
-#include <QTest>
+#include <QTemporaryDir>
 
 #include <cstdio>
 #include <cstring>
+#include <optional>
 
 namespace {
 
@@ -23,6 +26,27 @@ int fail(const char* message) {
     return 2;
 }
 
+// What the sanitizers would report is what it is for.
+__attribute__((noinline, no_sanitize("undefined"))) int readNullPointer() {
+    const int* volatile nothing = nullptr;
+    return *nothing;
+}
+
+/// Makes a folder the user's home, so that a tour neither sees nor changes the user's own files.
+/// False where the folder could not be made.
+bool moveTo(const QTemporaryDir& home) {
+    if (!home.isValid())
+        return false;
+    // Displays look for their key in the home.
+    if (qEnvironmentVariableIsEmpty("XAUTHORITY"))
+        qputenv("XAUTHORITY", qgetenv("HOME") + "/.Xauthority");
+    qputenv("HOME", home.path().toLocal8Bit());
+    for (const char* const folder :
+        {"XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"})
+        qunsetenv(folder);
+    return QDir(home.path()).mkpath(".local/share");
+}
+
 int runTour(gallery::GalleryWindow& window, const QString& folder) {
     gallery::Tour tour(window, folder);
     tour.expect("the window", "active",
@@ -34,6 +58,16 @@ int runTour(gallery::GalleryWindow& window, const QString& folder) {
 } // namespace
 
 int main(int argc, char** argv) {
+    kw::NSBundle::mainBundle().declare({
+        .name = "KWToolkitGallery", // names its folder
+        .identifier = "org.kwtoolkit.Gallery",
+        .version = "0.1.0",
+    });
+    // Not for users: the gallery crashes a child process.
+    if (argc == 2 && std::strcmp(argv[1], "--crash") == 0) {
+        gallery::writeCrashReports();
+        return readNullPointer();
+    }
     const bool isTour = argc == 3 && std::strcmp(argv[1], "--tour") == 0;
     if (argc != 1 && !isTour)
         return fail(usage);
@@ -44,6 +78,9 @@ int main(int argc, char** argv) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
 
+    std::optional<QTemporaryDir> home;
+    if (isTour && !moveTo(home.emplace()))
+        return fail("gallery: there is no room for a temporary home\n");
     const QApplication application(argc, argv);
     gallery::GalleryWindow window;
     window.resize(720, 520);

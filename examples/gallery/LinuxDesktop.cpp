@@ -1,7 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The KWToolkit authors
 // SPDX-License-Identifier: MIT
-// Hands by the XTEST extension.
+// Hands by the XTEST extension, crash reports by the toolkit.
 #include "Desktop.h"
+
+#include <KWToolkitLinux/CrashReportWriter.h>
 
 #include <QWidget>
 #include <QtGlobal>
@@ -81,5 +83,7 @@ std::unique_ptr<Hands> realHands() {
         return nullptr;
     return std::make_unique<XTestHands>(std::move(connection));
 }
+
+bool writeCrashReports() { return !kw::installCrashReportWriter(); }
 
 } // namespace gallery
