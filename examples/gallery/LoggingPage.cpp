@@ -212,9 +212,7 @@ QPushButton& LoggingPage::button(Level level) const {
 void LoggingPage::updateFacts() {
     const QString path = pathInHome(m_path);
     m_file->setText(m_log.fd() >= 0 ? path : "cannot open " + path);
-    const auto unsent = m_log.unsentMessageCount();
-    m_unsent->setText(unsent == 0 ? QString("took every message")
-                                  : QString("did not take %1 messages").arg(unsent));
+    m_unsent->setText(QString("messages it did not take: %1").arg(m_log.unsentMessageCount()));
     QStringList lines = lastLines(m_path);
     if (lines == m_lines)
         return;
@@ -260,6 +258,9 @@ void LoggingPage::steps(Tour& tour) {
     for (QPushButton* const level : m_levels)
         tour.click(*level);
     tour.expect("messages, each level clicked", all.join(", "), [&] { return messages(8); });
+    tour.expect("system log",
+        QString("messages it did not take: %1").arg(m_log.unsentMessageCount()),
+        [this] { return m_unsent->text(); });
     tour.takePicture("logging-2-levels");
 
     tour.click(*m_enabled);
