@@ -9,6 +9,10 @@
 #include <backends/linux/posix/PosixSystemLog.h>
 #include <backends/linux/x11/X11HotkeyService.h>
 #include <backends/linux/x11/XkbKeyboardLayout.h>
+#include <backends/linux/xdg/JsonDefaultsStore.h>
+#include <backends/linux/xdg/XdgMainBundle.h>
+#include <backends/linux/xdg/XdgSearchPaths.h>
+#include <backends/linux/xdg/XdgWorkspace.h>
 
 namespace kw::detail {
 
@@ -24,17 +28,17 @@ std::unique_ptr<KeyboardLayout> makeDefaultService() {
 
 template <>
 std::unique_ptr<MainBundle> makeDefaultService() {
-    return std::make_unique<UnavailableMainBundle>();
+    return std::make_unique<XdgMainBundle>();
 }
 
 template <>
 std::unique_ptr<DefaultsStore> makeDefaultService() {
-    return std::make_unique<UnavailableDefaultsStore>();
+    return std::make_unique<JsonDefaultsStore>();
 }
 
 template <>
 std::unique_ptr<SearchPaths> makeDefaultService() {
-    return std::make_unique<StandardSearchPaths>();
+    return std::make_unique<XdgSearchPaths>();
 }
 
 template <>
@@ -49,7 +53,7 @@ std::unique_ptr<SystemLog> makeDefaultService() {
 
 template <>
 std::unique_ptr<Workspace> makeDefaultService() {
-    return std::make_unique<UnavailableWorkspace>();
+    return std::make_unique<XdgWorkspace>();
 }
 
 template <>

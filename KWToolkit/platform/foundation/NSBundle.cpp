@@ -6,7 +6,7 @@
 #include <KWToolkit/platform/foundation/NSPathUtilities.h>
 
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <utility>
 
 namespace kw {
@@ -61,6 +61,8 @@ std::string NSBundle::localizedStringForKey(
     const std::string resources = info().resourcePath;
     auto languages = Platform::mainBundle().preferredLanguages();
     languages.emplace_back("Base");
+    if (resources.empty())
+        languages.clear(); // what is in the working folder is nobody's resources
     const std::string file = (table.empty() ? "Localizable" : table) + ".strings";
     for (const std::string& language : languages) {
         const std::string folder = stringByAppendingPathComponent(resources, language + ".lproj");
@@ -75,9 +77,9 @@ const StringsTable& NSBundle::tableAt(const std::string& path) const {
     const std::lock_guard lock(m_mutex);
     const auto [entry, isNew] = m_tables.try_emplace(path);
     if (isNew) {
-        std::ifstream file(path, std::ios::binary);
-        entry->second = parseStringsTable(
-            std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()));
+        std::ostringstream text;
+        text << std::ifstream(path, std::ios::binary).rdbuf();
+        entry->second = parseStringsTable(text.view());
     }
     return entry->second;
 }

@@ -5,6 +5,7 @@
 #include <KWToolkit/platform/Platform.h>
 #include <KWToolkit/platform/foundation/NSBundle.h>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -21,21 +22,23 @@ std::string textOf(Number number) {
     return {room.data(), std::to_chars(room.begin(), room.end(), number).ptr};
 }
 
-std::string_view numberIn(std::string_view text) {
-    text.remove_prefix(std::min(text.find_first_not_of(" \t\n\r"), text.size()));
-    if (text.starts_with('+'))
-        text.remove_prefix(1);
-    return text;
+std::string_view withoutBlanks(std::string_view text) {
+    return text.substr(std::min(text.find_first_not_of(" \t\n\r"), text.size()));
 }
 
 template <class Number>
 Number parse(std::string_view text) {
     Number number = 0;
-    text = numberIn(text);
+    text = withoutBlanks(text);
+    const bool isNegative = text.starts_with('-');
+    const std::string_view digits = text.substr(isNegative || text.starts_with('+') ? 1 : 0);
+    if (digits.find_first_of("0123456789.") != 0)
+        return 0; // what else reads as a number: a second sign, "inf", "nan"
+    if (!isNegative)
+        text = digits;
     const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
     if (std::is_integral_v<Number> && result.ec == std::errc::result_out_of_range)
-        return text.starts_with('-') ? std::numeric_limits<Number>::min()
-                                     : std::numeric_limits<Number>::max();
+        return isNegative ? std::numeric_limits<Number>::min() : std::numeric_limits<Number>::max();
     return number;
 }
 
@@ -62,8 +65,8 @@ std::int64_t toInteger(double number) {
 }
 
 bool isTrue(std::string_view text) {
-    text = numberIn(text);
-    if (text.starts_with('-'))
+    text = withoutBlanks(text);
+    if (text.starts_with('-') || text.starts_with('+'))
         text.remove_prefix(1);
     text.remove_prefix(std::min(text.find_first_not_of('0'), text.size()));
     return !text.empty() && std::string_view("YyTt123456789").find(text[0]) != text.npos;

@@ -31,8 +31,8 @@ public:
     std::optional<PropertyValue> objectForKey(const std::string& key) const;
     /// Numbers as text; nothing for other kinds.
     std::optional<std::string> stringForKey(const std::string& key) const;
-    /// Numbers but 0, and strings that begin with Y, y, T, t or, after a sign and zeros, with a
-    /// digit from 1 to 9, are true. Anything else is false.
+    /// True are `true`, numbers but 0, and strings in which Y, y, T, t or a digit from 1 to 9 comes
+    /// first, or after white space, a sign and zeros. Anything else is false.
     bool boolForKey(const std::string& key) const;
     /// 0 where there is no number, or no string that begins with one. Real numbers are cut toward 0
     /// and kept within the type's range.

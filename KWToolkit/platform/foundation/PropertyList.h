@@ -24,7 +24,8 @@ using PropertyList = std::vector<PropertyValue>;
 /// of another kind.
 class PropertyValue {
 public:
-    PropertyValue(bool value)
+    template <std::same_as<bool> T> // a pointer is none
+    PropertyValue(T value)
         : m_value(value) { }
     template <std::integral T>
         requires(!std::same_as<T, bool>)

@@ -4,6 +4,7 @@
 
 #include <KWToolkit/platform/foundation/Unicode.h>
 
+#include <algorithm>
 #include <charconv>
 #include <optional>
 #include <utility>

@@ -26,7 +26,8 @@ public:
 
     /// Makes the changes, all or none, and leaves the other keys of the domain as they are. Without
     /// an error they are there for good when the call returns: a crash or a power cut later loses
-    /// none.
+    /// none. `std::errc::invalid_argument` says that a store that keeps text cannot hold a change:
+    /// strings and keys are UTF-8, numbers finite.
     virtual std::error_code write(const std::string& domain, const DefaultsChanges& changes) = 0;
 };
 

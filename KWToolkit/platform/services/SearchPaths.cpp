@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include <KWToolkit/platform/services/SearchPaths.h>
 
+#include <KWToolkit/platform/foundation/NSPathUtilities.h>
+
 #include <filesystem>
 #include <system_error>
 
@@ -12,7 +14,8 @@ SearchPaths::~SearchPaths() = default;
 std::string StandardSearchPaths::temporaryFolder() const {
     std::error_code error;
     const auto folder = std::filesystem::temp_directory_path(error);
-    return error ? "/tmp" : folder.string();
+    const bool usable = !error && folder.is_absolute();
+    return usable ? stringByAppendingPathComponent(folder.string(), "") : "/tmp";
 }
 
 } // namespace kw

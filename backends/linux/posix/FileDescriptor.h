@@ -4,6 +4,8 @@
 
 #include <unistd.h>
 
+#include <cerrno>
+#include <system_error>
 #include <utility>
 
 namespace kw {
@@ -29,5 +31,17 @@ public:
 private:
     int m_descriptor;
 };
+
+/// Repeats a system call for as long as signals interrupt it.
+template <class Call>
+auto uninterrupted(Call call) {
+    auto result = call();
+    while (result < 0 && errno == EINTR)
+        result = call();
+    return result;
+}
+
+/// What the last system call of the thread failed with.
+inline std::error_code lastError() { return {errno, std::generic_category()}; }
 
 } // namespace kw

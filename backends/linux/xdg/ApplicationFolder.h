@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+// What tells an application's program, its folder "Name.app" and its desktop entry from one
+// another.
+#pragma once
+
+#include <backends/linux/xdg/DesktopEntry.h>
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+namespace kw {
+
+/// Whether it is a folder's name with ".app" at the end.
+bool isApplicationFolderName(const std::filesystem::path& name);
+
+/// The nearest folder above the program that is named "Name.app".
+std::optional<std::filesystem::path> applicationFolderAbove(const std::filesystem::path& program);
+
+struct DesktopFile {
+    std::string identifier; ///< the file's name without ".desktop"
+    DesktopEntry entry;
+};
+
+std::optional<DesktopFile> readDesktopFile(const std::filesystem::path& path);
+
+/// The desktop entry in the folder. Of several the one that starts a program with this file name,
+/// else the first by name.
+std::optional<DesktopFile> desktopFileIn(
+    const std::filesystem::path& folder, const std::string& programName);
+
+/// The program that the entry starts, as it is written: a path, or a name to be looked for in PATH.
+/// Empty where there is none.
+std::string programOf(const DesktopEntry& entry);
+
+} // namespace kw

@@ -1,0 +1,139 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#include <backends/linux/xdg/XdgWorkspace.h>
+
+#include <backends/linux/xdg/ApplicationFolder.h>
+#include <backends/linux/xdg/BaseFolders.h>
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+namespace kw {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr int deepestProgram = 1; // the depth of a folder in the top folder is 0
+
+bool isFile(const fs::path& path) {
+    std::error_code error;
+    return fs::is_regular_file(path, error);
+}
+
+bool isProgram(const fs::path& path) { return isFile(path) && ::access(path.c_str(), X_OK) == 0; }
+
+bool holdsProgram(const fs::path& folder) {
+    std::error_code error;
+    for (fs::directory_iterator file(folder, error), end; !error && file != end;
+        file.increment(error)) {
+        if (isProgram(file->path()))
+            return true;
+    }
+    return false;
+}
+
+bool hasEntry(const fs::path& applicationFolder, const std::string& entryName) {
+    if (isFile(applicationFolder / entryName))
+        return true;
+    std::error_code error;
+    fs::recursive_directory_iterator file(
+        applicationFolder, fs::directory_options::skip_permission_denied, error);
+    for (const fs::recursive_directory_iterator end; !error && file != end; file.increment(error)) {
+        if (file->is_directory(error) && isFile(file->path() / entryName)
+            && holdsProgram(file->path()))
+            return true;
+        if (file.depth() >= deepestProgram)
+            file.disable_recursion_pending();
+    }
+    return false;
+}
+
+std::optional<std::string> applicationFolderIn(
+    const fs::path& folder, const std::string& entryName) {
+    std::vector<fs::path> folders;
+    std::error_code error;
+    for (fs::directory_iterator file(folder, error), end; !error && file != end;
+        file.increment(error)) {
+        if (isApplicationFolderName(file->path().filename()))
+            folders.push_back(file->path());
+    }
+    std::ranges::sort(folders);
+    const auto found = std::ranges::find_if(
+        folders, [&](const fs::path& candidate) { return hasEntry(candidate, entryName); });
+    return found == folders.end() ? std::nullopt : std::optional(found->string());
+}
+
+/// Each "-" may stand for a "/" in the entry's path below the folder.
+std::optional<DesktopFile> desktopFileNamed(const fs::path& folder, const std::string& identifier) {
+    if (auto file = readDesktopFile(folder / (identifier + ".desktop")))
+        return file;
+    for (auto dash = identifier.find('-'); dash != identifier.npos;
+        dash = identifier.find('-', dash + 1)) {
+        const fs::path below = folder / identifier.substr(0, dash);
+        std::error_code error;
+        if (dash == 0 || !fs::is_directory(below, error))
+            continue;
+        if (auto file = desktopFileNamed(below, identifier.substr(dash + 1)))
+            return file;
+    }
+    return std::nullopt;
+}
+
+std::optional<fs::path> executable(const std::string& program, const std::string& searchPath) {
+    std::vector<fs::path> candidates;
+    if (program.starts_with('/'))
+        candidates.push_back(program);
+    else if (!program.empty() && program.find('/') == program.npos)
+        for (const std::string& folder : absolutePaths(searchPath))
+            candidates.push_back(fs::path(folder) / program);
+    const auto found = std::ranges::find_if(candidates, isProgram);
+    return found == candidates.end() ? std::nullopt : std::optional(*found);
+}
+
+} // namespace
+
+XdgWorkspace::XdgWorkspace(Environment environment, std::string sharedApplications)
+    : m_environment(std::move(environment))
+    , m_sharedApplications(std::move(sharedApplications)) { }
+
+std::optional<std::string> XdgWorkspace::applicationPath(const std::string& identifier) {
+    if (identifier.empty()
+        || identifier.find_first_of(std::string_view("/\0", 2)) != identifier.npos)
+        return std::nullopt;
+    const BaseFolders folders = baseFolders(m_environment);
+
+    std::vector<fs::path> applicationFolders {m_sharedApplications};
+    if (folders.home)
+        applicationFolders.insert(
+            applicationFolders.begin(), fs::path(*folders.home) / "Applications");
+    for (const fs::path& folder : applicationFolders) {
+        if (auto found = applicationFolderIn(folder, identifier + ".desktop"))
+            return found;
+    }
+
+    std::vector<std::string> dataFolders = folders.dataFolders;
+    if (folders.dataHome)
+        dataFolders.insert(dataFolders.begin(), *folders.dataHome);
+    for (const std::string& folder : dataFolders) {
+        const auto file = desktopFileNamed(fs::path(folder) / "applications", identifier);
+        if (!file)
+            continue;
+        const bool isHidden = file->entry.value(DesktopEntry::mainGroup, "Hidden") == "true";
+        const auto program =
+            isHidden ? std::nullopt : executable(programOf(file->entry), m_environment("PATH"));
+        if (!program)
+            return std::nullopt;
+        std::error_code error;
+        const auto application = applicationFolderAbove(fs::canonical(*program, error));
+        return application.value_or(*program).string();
+    }
+    return std::nullopt;
+}
+
+} // namespace kw

@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <KWToolkit/platform/services/Workspace.h>
+#include <backends/linux/posix/Environment.h>
+
+namespace kw {
+
+/// Finds an application by the name of its desktop entry without ".desktop":
+///
+/// 1. The folders "Name.app" in ~/Applications and then in /Applications, by name, whose desktop
+///    entry it is: at the top of the folder, or beside a program up to two folders below.
+/// 2. The desktop entries in "applications" of the XDG data home and data folders, where the entry
+///    "a/b.desktop" is "a-b". The first there is decides, so one with Hidden=true hides others. The
+///    answer is the program that its TryExec, else its Exec starts, looked for in PATH, or the
+///    folder "Name.app" in which that lies; nothing where it cannot be executed.
+class KW_EXPORT XdgWorkspace final : public Workspace {
+public:
+    explicit XdgWorkspace(Environment environment = processEnvironment,
+        std::string sharedApplications = "/Applications");
+
+    std::optional<std::string> applicationPath(const std::string& identifier) override;
+
+private:
+    Environment m_environment;
+    std::string m_sharedApplications;
+};
+
+} // namespace kw
