@@ -2,16 +2,12 @@
 // SPDX-License-Identifier: MIT
 // The example program, run as a user runs it.
 #include <tests/support/ChildProcess.h>
+#include <tests/support/TemporaryFolder.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -25,47 +21,38 @@ using testing::MatchesRegex;
 using testing::Optional;
 using testing::StartsWith;
 
-std::string contents(const std::filesystem::path& path) {
-    std::ifstream file(path);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 class LoggingExampleTest : public testing::Test {
 protected:
-    LoggingExampleTest() { std::filesystem::create_directories(home / "data"); }
-    ~LoggingExampleTest() override { std::filesystem::remove_all(home); }
-
     ChildProcess start(std::vector<std::string> arguments) {
         arguments.insert(arguments.begin(), KW_LOGGING_EXAMPLE);
         return ChildProcess(arguments,
-            {{"HOME", home}, {"XDG_DATA_HOME", home / "data"}, {"XDG_CONFIG_HOME", home / "config"},
-                {"ASAN_OPTIONS", "handle_segv=0"}});
+            {{"HOME", home.path()}, {"XDG_DATA_HOME", home.path()},
+                {"XDG_CONFIG_HOME", std::nullopt}, {"ASAN_OPTIONS", "handle_segv=0"}});
     }
 
-    std::string folder = testing::TempDir() + "kw-logging-XXXXXX";
-    const std::filesystem::path home = ::mkdtemp(folder.data());
-    const std::filesystem::path logFile = home / "data/02-logging/debugLog";
+    const TemporaryFolder home;
 };
 
 TEST_F(LoggingExampleTest, LogsTheTextAsItIs) {
     ChildProcess example = start({"warning", "50%", "of %s\n%%"});
-    EXPECT_EQ(example.readLine(), "log file: " + logFile.string());
+    EXPECT_EQ(example.readLine(), "log file: " + home.path("02-logging/debugLog"));
     EXPECT_EQ(example.readLine(), "no crash to report");
     EXPECT_THAT(example.readLine(), Optional(HasSubstr(" of 2 messages")));
     EXPECT_EQ(example.wait(), 0);
-    EXPECT_THAT(contents(logFile),
+    EXPECT_THAT(home.read("02-logging/debugLog"),
         MatchesRegex("[^\n]+ 02-logging\\[[0-9]+\\] <Warning>: 50% of %s\\\\n%%\n"));
 }
 
 TEST_F(LoggingExampleTest, TellsOfEachCrashOnce) {
-    const std::string reports = home / "Library/Logs/CrashReporter/02-logging_";
+    const std::string reports = "Library/Logs/CrashReporter/02-logging_";
     for (int crash = 0; crash < 2; ++crash) {
         EXPECT_EQ(start({"--crash"}).wait(), -SIGSEGV);
         ChildProcess next = start({"info", "again"});
         next.readLine();
         const auto told = next.readLine();
-        ASSERT_THAT(told, Optional(StartsWith("crashed the last time: " + reports)));
-        EXPECT_THAT(contents(told->substr(told->find('/'))), HasSubstr("SIGSEGV"));
+        const std::string beginning = "crashed the last time: " + home.path() + "/";
+        ASSERT_THAT(told, Optional(StartsWith(beginning + reports)));
+        EXPECT_THAT(home.read(told->substr(beginning.size())), HasSubstr("SIGSEGV"));
         ChildProcess later = start({"info", "and again"});
         later.readLine();
         EXPECT_EQ(later.readLine(), "no crash to report");
@@ -89,7 +76,7 @@ TEST_F(LoggingExampleTest, RefusesWhatItCannotDo) {
         EXPECT_EQ(example.wait(), 2);
     }
 
-    std::filesystem::remove(home / "data");
+    home.write("02-logging", "a file is in the way");
     ChildProcess example = start({"info", "text"});
     for (int line = 0; line < 3; ++line)
         example.readLine();
