@@ -290,6 +290,13 @@ void LoggingPage::steps(Tour& tour) {
     tour.expect("standard output of alert, critical and error", "BothBoth", [&] { return output; });
     tour.takePicture("logging-5-mirrored");
 
+    tour.click(*m_crash);
+    tour.expect("crash of a child process", "Signal: SIGSEGV (11)", report);
+    tour.takePicture("logging-6-crashed");
+    tour.click(*m_look);
+    tour.expect("crash, looked again", noReport, [this] { return m_report->text(); });
+    tour.takePicture("logging-7-no-new-crash");
+
     QFile other(m_path);
     if (other.open(QIODevice::Append))
         other.write("another program[1] <Info>: Hello\n");
@@ -300,14 +307,7 @@ void LoggingPage::steps(Tour& tour) {
     m_text->setText("A new page");
     tour.click(button(Level::info));
     tour.expect("messages, logged again", "<Info>: A new page", [&] { return messages(8); });
-    tour.takePicture("logging-6-rotated");
-
-    tour.click(*m_crash);
-    tour.expect("crash of a child process", "Signal: SIGSEGV (11)", report);
-    tour.takePicture("logging-7-crashed");
-    tour.click(*m_look);
-    tour.expect("crash, looked again", noReport, [this] { return m_report->text(); });
-    tour.takePicture("logging-8-no-new-crash");
+    tour.takePicture("logging-8-rotated");
 }
 
 } // namespace gallery
