@@ -4,12 +4,12 @@
 #include <KWToolkit/KWToolkit.h>
 #include <KWToolkit/platform/headless/HeadlessHotkeyService.h>
 #include <KWToolkit/platform/headless/HeadlessKeyboardLayout.h>
+#include <bench/RatioReporter.h>
 
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
 #include <functional>
-#include <map>
 #include <string>
 
 namespace {
@@ -122,33 +122,13 @@ BENCHMARK(callSendWithResult);
 BENCHMARK(handlePress)->Arg(1)->Arg(100)->Arg(10'000);
 BENCHMARK(renderRecord);
 
-/// Prints as usual and keeps the times: the median where a benchmark is repeated, else the one.
-class Reporter final : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(const std::vector<Run>& runs) override {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs) {
-            if (run.run_type == Run::RT_Iteration || run.aggregate_name == "median")
-                m_times[run.run_name.str()] = run.GetAdjustedCPUTime();
-        }
-    }
-
-    void printRatio(const char* one, const char* other) const {
-        if (m_times.contains(one) && m_times.contains(other))
-            std::printf("%-22s / %-22s %6.2f\n", one, other, m_times.at(one) / m_times.at(other));
-    }
-
-private:
-    std::map<std::string, double> m_times;
-};
-
 } // namespace
 
 int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 2;
-    Reporter reporter;
+    bench::RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     std::printf("\n");
     reporter.printRatio("callSend", "callFunction");

@@ -9,6 +9,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kw::test {
 
@@ -55,5 +56,22 @@ public:
 private:
     std::filesystem::path m_path;
 };
+
+inline std::string readFile(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+/// The lines of a file; the last must have an end.
+inline std::vector<std::string> readLines(const std::string& path) {
+    const std::string text = readFile(path);
+    std::vector<std::string> lines;
+    for (std::size_t begin = 0; begin < text.size();) {
+        const auto end = text.find('\n', begin);
+        lines.push_back(end == text.npos ? "no end of line" : text.substr(begin, end - begin));
+        begin = end == text.npos ? text.size() : end + 1;
+    }
+    return lines;
+}
 
 } // namespace kw::test

@@ -26,6 +26,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace kw {
 
@@ -39,7 +40,7 @@ constexpr std::array<Signal, 7> fatalSignals {
     {{SIGSEGV, "SIGSEGV"}, {SIGBUS, "SIGBUS"}, {SIGILL, "SIGILL"}, {SIGFPE, "SIGFPE"},
         {SIGSYS, "SIGSYS"}, {SIGTRAP, "SIGTRAP"}, {SIGABRT, "SIGABRT"}}};
 
-constexpr int longestBacktrace = 128;
+constexpr std::size_t longestBacktrace = 128;
 
 /// What is known before a crash.
 struct Prepared {
@@ -113,24 +114,28 @@ void putDate(Text& text, std::time_t now, std::string_view betweenDateAndTime,
 
 struct Backtrace {
     std::array<std::uintptr_t, longestBacktrace> addresses;
-    int count = 0;
+    std::size_t count = 0;
+    bool hasCrashed = false; ///< the frames of the signal handler are behind
 };
 
 _Unwind_Reason_Code addFrame(_Unwind_Context* context, void* data) {
     auto& backtrace = *static_cast<Backtrace*>(data);
-    int isBeforeInstruction = 0;
-    const std::uintptr_t address = _Unwind_GetIPInfo(context, &isBeforeInstruction);
+    int isInterrupted = 0;
+    const std::uintptr_t address = _Unwind_GetIPInfo(context, &isInterrupted);
+    if (address == 0)
+        return _URC_END_OF_STACK;
+    if (isInterrupted != 0 && !std::exchange(backtrace.hasCrashed, true))
+        backtrace.count = 0;
     // A return address is after its call, where another function or line may begin.
-    backtrace.addresses[static_cast<std::size_t>(backtrace.count++)] =
-        isBeforeInstruction != 0 ? address : address - 1;
-    return backtrace.count < longestBacktrace && address != 0 ? _URC_NO_REASON : _URC_END_OF_STACK;
+    backtrace.addresses[backtrace.count++] = isInterrupted != 0 ? address : address - 1;
+    return backtrace.count < backtrace.addresses.size() ? _URC_NO_REASON : _URC_END_OF_STACK;
 }
 
 std::string_view lastComponent(std::string_view path) { return path.substr(path.rfind('/') + 1); }
 
-void writeFrame(int file, int number, std::uintptr_t address, const Prepared& known) {
+void writeFrame(int file, std::size_t number, std::uintptr_t address, const Prepared& known) {
     Text line;
-    line.put(static_cast<std::uint64_t>(number), 10, 1) << " ";
+    line << number << " ";
     dl_find_object module {};
     if (::_dl_find_object(reinterpret_cast<void*>(address), &module) == 0) {
         std::string_view path = module.dlfo_link_map->l_name;
@@ -179,8 +184,8 @@ void writeReport(const Prepared& known, int number, const siginfo_t& details, pi
     // Last, since a stack that was overwritten may end all.
     Backtrace backtrace;
     _Unwind_Backtrace(&addFrame, &backtrace);
-    for (int i = 0; i < backtrace.count; ++i)
-        writeFrame(file, i, backtrace.addresses[static_cast<std::size_t>(i)], known);
+    for (std::size_t i = 0; i < backtrace.count; ++i)
+        writeFrame(file, i, backtrace.addresses[i], known);
     ::close(file);
 }
 
@@ -245,6 +250,8 @@ std::error_code useSignalStack() {
 
 std::error_code installCrashReportWriter() {
     const std::string folder = stringByExpandingTildeInPath("~/Library/Logs/CrashReporter/");
+    if (folder.starts_with('~'))
+        return std::make_error_code(std::errc::no_such_file_or_directory);
     std::error_code error;
     std::filesystem::create_directories(folder, error);
     if (error)

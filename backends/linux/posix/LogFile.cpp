@@ -13,8 +13,6 @@ namespace kw {
 
 namespace {
 
-constexpr std::int64_t lookInterval = 50'000; // nanoseconds
-
 std::string absolutePath(const std::string& path) {
     std::error_code error;
     auto absolute = std::filesystem::absolute(path, error);
@@ -46,12 +44,9 @@ void LogFile::append(std::string_view line, std::int64_t now) {
 }
 
 void LogFile::followPath(std::int64_t now) {
-    const std::int64_t last = m_lastLook.load(std::memory_order_relaxed);
-    if (last <= now && now < last + lookInterval)
-        return;
-    m_lastLook.store(now, std::memory_order_relaxed);
-
     struct stat status;
+    if (!m_lookout.isDue(now))
+        return;
     if (::stat(m_path.c_str(), &status) == 0
         && status.st_ino == m_inode.load(std::memory_order_relaxed)
         && status.st_dev == m_device.load(std::memory_order_relaxed))

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <backends/linux/posix/Lookout.h>
+
 #include <atomic>
 #include <cstdint>
 #include <string>
@@ -22,9 +24,9 @@ public:
 
     int descriptor() const { return m_descriptor; }
 
-    /// Appends a line, which ends with an end of line, in one piece. Where another file, or none,
-    /// is at the path by now, the line goes into that; this is looked at by the first line, and
-    /// then at most every 50 microseconds of `now`, the time in nanoseconds.
+    /// Appends a line, which ends with an end of line, in one piece. Where another file is at the
+    /// path by now, it becomes this one, and where none is, it is made; `Lookout` says how soon
+    /// that is noticed. `now` is the time of day in nanoseconds.
     void append(std::string_view line, std::int64_t now);
 
 private:
@@ -33,7 +35,7 @@ private:
 
     const int m_descriptor;
     const std::string m_path; ///< absolute
-    std::atomic<std::int64_t> m_lastLook = 0;
+    Lookout m_lookout;
     std::atomic<dev_t> m_device = 0;
     std::atomic<ino_t> m_inode = 0;
     std::atomic<bool> m_isTorn = false; ///< the last line is not whole: the disk was full

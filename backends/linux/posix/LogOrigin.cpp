@@ -6,9 +6,9 @@
 #include <unistd.h>
 
 #include <atomic>
-#include <charconv>
 #include <cstdlib>
 #include <mutex>
+#include <string>
 
 namespace kw {
 
@@ -46,11 +46,16 @@ private:
     std::mutex m_localTime;
 };
 
-/// Writes digits over the zeros of a pattern that end at `end`; blanks may stand for leading zeros.
-template <std::size_t size>
-void put(std::array<char, size>& text, std::size_t end, int value) {
+template <std::size_t capacity>
+void set(LogOrigin::Text<capacity>& text, std::string_view value) {
+    text.size = value.copy(text.bytes.data(), capacity);
+}
+
+/// Writes a number over the zeros or blanks that end at `end`.
+template <std::size_t capacity>
+void put(LogOrigin::Text<capacity>& text, std::size_t end, int value) {
     for (; value > 0 && end > 0; value /= 10)
-        text[--end] = static_cast<char>('0' + value % 10);
+        text.bytes[--end] = static_cast<char>('0' + value % 10);
 }
 
 // Without the C library's formatting, which takes locks and knows other languages.
@@ -60,14 +65,14 @@ void fill(LogOrigin& origin, std::time_t now, pid_t process) {
     origin.second = now;
     origin.process = process;
 
-    origin.syslogTime = {"Jan  0 00:00:00"};
-    months.copy(origin.syslogTime.data(), 3, static_cast<std::size_t>(local.tm_mon) * 3);
+    set(origin.syslogTime, "Jan  0 00:00:00");
+    months.copy(origin.syslogTime.bytes.data(), 3, static_cast<std::size_t>(local.tm_mon) * 3);
     put(origin.syslogTime, 6, local.tm_mday);
     put(origin.syslogTime, 9, local.tm_hour);
     put(origin.syslogTime, 12, local.tm_min);
     put(origin.syslogTime, 15, local.tm_sec);
 
-    origin.time = {"0000-00-00T00:00:00"};
+    set(origin.time, "0000-00-00T00:00:00");
     put(origin.time, 4, local.tm_year + 1900);
     put(origin.time, 7, local.tm_mon + 1);
     put(origin.time, 10, local.tm_mday);
@@ -76,17 +81,17 @@ void fill(LogOrigin& origin, std::time_t now, pid_t process) {
     put(origin.time, 19, local.tm_sec);
 
     const int minutes = static_cast<int>(std::labs(local.tm_gmtoff) / 60);
-    origin.zone = {"+00:00"};
-    origin.zone[0] = local.tm_gmtoff < 0 ? '-' : '+';
+    set(origin.zone, local.tm_gmtoff < 0 ? "-00:00" : "+00:00");
     put(origin.zone, 3, minutes / 60);
     put(origin.zone, 6, minutes % 60);
 
-    origin.processText = {};
-    std::to_chars(origin.processText.begin(), origin.processText.end() - 1, process);
+    std::string bracketed = "[";
+    bracketed.append(std::to_string(process)).append("]");
+    set(origin.bracketedProcess, bracketed);
 
-    if (::gethostname(origin.host.data(), origin.host.size() - 1) != 0)
-        origin.host = {"localhost"};
-    origin.host.back() = '\0';
+    std::array<char, 65> host {};
+    const bool isNamed = ::gethostname(host.data(), host.size() - 1) == 0;
+    set(origin.host, isNamed ? host.data() : "localhost");
 }
 
 } // namespace

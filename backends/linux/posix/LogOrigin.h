@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <ctime>
 #include <string_view>
 
@@ -10,15 +11,22 @@
 
 namespace kw {
 
-/// When, where and by whom a message is logged, as texts of fixed length.
+/// When, where and by whom a message is logged: texts that are the same for a second.
 struct LogOrigin {
+    template <std::size_t capacity>
+    struct Text {
+        std::array<char, capacity> bytes;
+        std::size_t size = 0;
+        operator std::string_view() const { return {bytes.data(), size}; }
+    };
+
     std::time_t second = -1;
     pid_t process = -1;
-    std::array<char, 16> syslogTime; ///< "Nov 23 02:10:33", local (RFC 3164)
-    std::array<char, 20> time; ///< "2026-11-23T02:10:33", local (RFC 3339)
-    std::array<char, 7> zone; ///< "+01:00"
-    std::array<char, 12> processText;
-    std::array<char, 65> host;
+    Text<15> syslogTime; ///< "Nov 23 02:10:33", local (RFC 3164)
+    Text<19> time; ///< "2026-11-23T02:10:33", local (RFC 3339)
+    Text<6> zone; ///< "+01:00"
+    Text<12> bracketedProcess; ///< "[1234]"
+    Text<64> host;
 };
 
 /// The origin of what is logged now on this thread, valid until the thread asks again. Made anew

@@ -4,7 +4,9 @@
 
 #include <backends/linux/posix/DatagramSocket.h>
 #include <backends/linux/posix/LogFile.h>
+#include <backends/linux/posix/LogLine.h>
 #include <backends/linux/posix/LogOrigin.h>
+#include <backends/linux/posix/Lookout.h>
 
 #include <unistd.h>
 
@@ -16,7 +18,6 @@
 #include <cstdint>
 #include <ctime>
 #include <list>
-#include <memory_resource>
 #include <optional>
 #include <utility>
 
@@ -40,36 +41,21 @@ std::optional<int> facilityNumber(std::string_view name) {
     return found == std::end(facilities) ? std::nullopt : std::optional(found->second);
 }
 
-/// A text for one message, on the stack unless it is long.
-class Line {
-public:
-    explicit Line(std::size_t size) { m_text.reserve(size); }
-    Line(const Line&) = delete;
-    Line& operator=(const Line&) = delete;
+/// Bytes that are a control character or the first of one: of ASCII, or U+0080 to U+009F.
+constexpr auto mayBeControl = [] {
+    std::array<bool, 256> table {};
+    for (std::size_t byte = 0; byte < 0x20; ++byte)
+        table[byte] = true;
+    table[0x7F] = table[0xC2] = true;
+    return table;
+}();
 
-    Line& operator<<(std::string_view text) {
-        m_text += text;
-        return *this;
-    }
-    operator std::string_view() const { return m_text; }
-
-private:
-    std::array<char, 1024> m_room;
-    std::pmr::monotonic_buffer_resource m_memory {m_room.data(), m_room.size()};
-    std::pmr::string m_text {&m_memory};
-};
-
-constexpr std::size_t longestHead = 256; // what is before a message, its sender left out
-
-/// How many bytes at the beginning of the text are a control character: of ASCII, or one of U+0080
-/// to U+009F.
+/// How many bytes at the beginning of the text are a control character.
 std::size_t controlLength(std::string_view text) {
-    const auto byte = static_cast<unsigned char>(text[0]);
-    if (byte < 0x20 || byte == 0x7F)
+    const auto byte = [text](std::size_t place) { return static_cast<unsigned char>(text[place]); };
+    if (byte(0) != 0xC2)
         return 1;
-    const bool isC1 = byte == 0xC2 && text.size() > 1 && static_cast<unsigned char>(text[1]) >= 0x80
-        && static_cast<unsigned char>(text[1]) < 0xA0;
-    return isC1 ? 2 : 0;
+    return text.size() > 1 && byte(1) >= 0x80 && byte(1) < 0xA0 ? 2 : 0;
 }
 
 std::string_view escaped(char control, std::array<char, 4>& room) {
@@ -88,17 +74,18 @@ std::string_view escaped(char control, std::array<char, 4>& room) {
     }
 }
 
-void appendEscaped(Line& line, std::string_view text) {
+void appendEscaped(LogLine& line, std::string_view text) {
     std::size_t begin = 0;
-    for (std::size_t place = 0; place < text.size();) {
-        const std::size_t length = controlLength(text.substr(place));
-        if (length == 0) {
-            ++place;
+    for (std::size_t place = 0; place < text.size(); ++place) {
+        if (!mayBeControl[static_cast<unsigned char>(text[place])])
             continue;
-        }
+        const std::size_t length = controlLength(text.substr(place));
+        if (length == 0)
+            continue;
         std::array<char, 4> room;
         line << text.substr(begin, place - begin) << escaped(text[place + length - 1], room);
-        begin = place += length;
+        begin = place + length;
+        place = begin - 1;
     }
     line << text.substr(begin);
 }
@@ -134,10 +121,11 @@ public:
         timespec now;
         ::clock_gettime(CLOCK_REALTIME, &now);
         const LogOrigin& origin = logOrigin(now.tv_sec);
-        if (!deliver(level, message, origin))
+        const std::int64_t nanoseconds = std::int64_t {now.tv_sec} * 1'000'000'000 + now.tv_nsec;
+        if (!deliver(level, message, origin, nanoseconds))
             m_unsent.fetch_add(1, std::memory_order_relaxed);
         for (LogFile& file : m_files)
-            mirror(file, level, message, origin, now);
+            mirror(file, level, message, origin, nanoseconds);
     }
 
     void addLogFile(int descriptor, const std::string& path) override {
@@ -161,8 +149,12 @@ private:
         return m_syslog.connect() ? Route::syslog : Route::none;
     }
 
-    bool deliver(SystemLogLevel level, std::string_view message, const LogOrigin& origin) {
-        Outcome outcome = send(m_route.load(std::memory_order_relaxed), level, message, origin);
+    bool deliver(
+        SystemLogLevel level, std::string_view message, const LogOrigin& origin, std::int64_t now) {
+        const Route route = m_route.load(std::memory_order_relaxed);
+        if (route == Route::none && !m_lookout.isDue(now))
+            return false;
+        Outcome outcome = send(route, level, message, origin);
         if (outcome == Outcome::notConnected) {
             connect(); // whoever reads now
             outcome = send(m_route.load(std::memory_order_relaxed), level, message, origin);
@@ -188,7 +180,7 @@ private:
         std::array<char, 8> length;
         for (std::size_t i = 0; i < length.size(); ++i)
             length[i] = static_cast<char>(std::uint64_t {message.size()} >> (8 * i));
-        Line entry(message.size() + m_journalFields.size() + longestHead);
+        LogLine entry;
         entry << "PRIORITY=" << digit(level) << "\n"
               << m_journalFields << "MESSAGE\n"
               << std::string_view(length.data(), length.size()) << message << "\n";
@@ -201,26 +193,25 @@ private:
         const char* const end = std::to_chars(
             priority.begin(), priority.end(), m_facility * 8 + static_cast<int>(level))
                                     .ptr;
-        Line line(message.size() + m_tag.size() + longestHead);
-        line << "<" << std::string_view(priority.data(), end) << ">" << origin.syslogTime.data()
-             << " " << m_tag << "[" << origin.processText.data() << "]: " << message;
+        LogLine line;
+        line << "<" << std::string_view(priority.data(), end) << ">" << origin.syslogTime << " "
+             << m_tag << origin.bracketedProcess << ": " << message;
         return m_syslog.send(line);
     }
 
     void mirror(LogFile& file, SystemLogLevel level, std::string_view message,
-        const LogOrigin& origin, const timespec& now) const {
+        const LogOrigin& origin, std::int64_t now) const {
         std::array<char, 7> fraction {'.'};
-        long microseconds = now.tv_nsec / 1000;
+        std::int64_t microseconds = now / 1000 % 1'000'000;
         for (std::size_t i = fraction.size() - 1; i > 0; --i, microseconds /= 10)
             fraction[i] = static_cast<char>('0' + microseconds % 10);
-        Line line(message.size() + m_sender.size() + longestHead);
-        line << origin.time.data() << std::string_view(fraction.data(), fraction.size())
-             << origin.zone.data() << " " << origin.host.data() << " " << m_sender << "["
-             << origin.processText.data() << "] <" << levelNames[static_cast<std::size_t>(level)]
-             << ">: ";
+        LogLine line;
+        line << origin.time << std::string_view(fraction.data(), fraction.size()) << origin.zone
+             << " " << origin.host << " " << m_sender << origin.bracketedProcess << " <"
+             << levelNames[static_cast<std::size_t>(level)] << ">: ";
         appendEscaped(line, message);
         line << "\n";
-        file.append(line, std::int64_t {now.tv_sec} * 1'000'000'000 + now.tv_nsec);
+        file.append(line, now);
     }
 
     static std::string_view digit(SystemLogLevel level) {
@@ -234,6 +225,7 @@ private:
     DatagramSocket m_journal;
     DatagramSocket m_syslog;
     std::atomic<Route> m_route = Route::none;
+    Lookout m_lookout; ///< for a daemon where there was none
     std::atomic<std::uint64_t> m_unsent = 0;
     std::list<LogFile> m_files;
 };
