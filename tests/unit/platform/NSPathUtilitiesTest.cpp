@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
 namespace {
 
 using namespace kw;
@@ -47,6 +49,17 @@ TEST(NSPathUtilities, ExpandsTheTildeOfTheUserAlone) {
         EXPECT_EQ(stringByExpandingTildeInPath(path), expanded);
     paths.home = std::nullopt;
     EXPECT_EQ(stringByExpandingTildeInPath("~/a"), "~/a");
+}
+
+TEST(StandardSearchPaths, TheTemporaryFolderIsAbsoluteAndHasNoSlashAtItsEnd) {
+    const std::string before = StandardSearchPaths().temporaryFolder();
+    const std::pair<const char*, std::string> rows[] = {
+        {"/usr//", "/usr"}, {"/", "/"}, {".", "/tmp"}, {"/nowhere", "/tmp"}};
+    for (const auto& [variable, folder] : rows) {
+        ::setenv("TMPDIR", variable, 1);
+        EXPECT_EQ(StandardSearchPaths().temporaryFolder(), folder);
+    }
+    ::setenv("TMPDIR", before.c_str(), 1);
 }
 
 } // namespace
