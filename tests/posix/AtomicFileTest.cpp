@@ -29,6 +29,7 @@ TEST(AtomicFile, KeepsTheModeOfTheFileBefore) {
         ::chmod(path.c_str(), mode);
         EXPECT_FALSE(replaceFile(path, "new", 0666));
         EXPECT_EQ(modeOf(path), mode);
+        ::chmod(path.c_str(), 0600);
         EXPECT_EQ(folder.read("file"), "new");
         fs::remove(path);
     }

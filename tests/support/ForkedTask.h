@@ -32,8 +32,12 @@ public:
         m_process = ::fork();
         if (m_process == 0) {
             ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-            task(input.get());
-            ::_exit(0);
+            try {
+                task(input.get());
+                ::_exit(0);
+            } catch (...) { // the test's objects are not this process's to destroy
+                ::_exit(1);
+            }
         }
     }
     ~ForkedTask() { kill(); }

@@ -16,10 +16,11 @@ namespace kw::test {
 /// An empty folder of the test's own, gone when the test ends.
 class TemporaryFolder {
 public:
-    TemporaryFolder() {
+    explicit TemporaryFolder(
+        const std::filesystem::path& parent = std::filesystem::temp_directory_path()) {
         std::random_device random;
         do
-            m_path = std::filesystem::temp_directory_path() / ("kw-" + std::to_string(random()));
+            m_path = parent / ("kw-" + std::to_string(random()));
         while (!std::filesystem::create_directory(m_path));
         m_path = std::filesystem::canonical(m_path);
     }

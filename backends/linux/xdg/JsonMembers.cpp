@@ -176,7 +176,8 @@ std::optional<JsonChanges> jsonChanges(const DefaultsChanges& changes) {
 std::optional<JsonMembers> JsonMembers::parse(std::string_view text) {
     Splitter splitter(text);
     JsonMembers members;
-    if (!splitter.take('{'))
+    // Values are parsed one by one, and the parser takes a zero byte for the end of its text.
+    if (text.find('\0') != text.npos || !splitter.take('{'))
         return std::nullopt;
     if (splitter.take('}'))
         return splitter.isAtEnd() ? std::optional(std::move(members)) : std::nullopt;

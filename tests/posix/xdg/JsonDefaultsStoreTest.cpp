@@ -37,7 +37,10 @@ constexpr auto file = "app/defaults.json";
 
 class JsonDefaultsStoreTest : public testing::Test {
 protected:
-    test::TemporaryFolder folder;
+    // In memory where possible: thousands of writes would else wait for a disk that others use.
+    test::TemporaryFolder folder {std::filesystem::is_directory("/dev/shm")
+            ? std::filesystem::path("/dev/shm")
+            : std::filesystem::temp_directory_path()};
     JsonDefaultsStore store {folder.path()};
     HeadlessConsole console;
     ServiceScope<HeadlessConsole> scope {console};
@@ -153,8 +156,8 @@ TEST_F(JsonDefaultsStoreTest, SetsDamagedFilesAside) {
     const std::string damages[] = {"", " \n", "null", "[]", "{", "}", "{}{}", "{},", R"({"a":1,})",
         R"({"a" 1})", R"({"a"})", R"({"a":})", R"({,})", R"({a:1})", R"({1:1})", R"({"a":01})",
         R"({"a":1 2})", R"({"a":[1})", R"({"a":1])", R"({"a":[1}]})", R"({"a":"b)", R"({"a":"\x"})",
-        "{\"a\":\"\xFF\"}", "{\"\xFF\":1}", "{\"a\":\"\n\"}", R"({"a":"\uD800"})", R"({"a":NaN})",
-        R"({"a":1:2})", R"({"a":)" + nested(256) + "}"};
+        std::string("{\"a\":1\0}", 8), "{\"a\":\"\xFF\"}", "{\"\xFF\":1}", "{\"a\":\"\n\"}",
+        R"({"a":"\uD800"})", R"({"a":NaN})", R"({"a":1:2})", R"({"a":)" + nested(256) + "}"};
     for (const std::string& damage : damages) {
         folder.write(file, damage);
         EXPECT_THAT(store.read("app"), IsEmpty()) << damage;
@@ -276,12 +279,15 @@ TEST_F(JsonDefaultsStoreTest, AKilledProcessLosesNothingThatWasWritten) {
 /// Puts a file system of 64 KiB at the path, for this process alone. Says why where that cannot be.
 bool mountSmallDisk(const std::string& path, int output) {
     const auto user = std::to_string(::getuid());
+    const auto group = std::to_string(::getgid());
     if (::unshare(CLONE_NEWNS) != 0) {
         if (::unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) {
             say(output, "this test needs root or unprivileged user namespaces");
             return false;
         }
         std::ofstream("/proc/self/uid_map") << "0 " + user + " 1";
+        std::ofstream("/proc/self/setgroups") << "deny";
+        std::ofstream("/proc/self/gid_map") << "0 " + group + " 1";
     }
     const bool mounted = ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0
         && ::mount("tmpfs", path.c_str(), "tmpfs", 0, "size=64k") == 0;
