@@ -75,7 +75,7 @@ std::optional<std::string> DesktopEntry::localizedString(
     const auto [language, country, modifier] = localeName(locale);
     for (const std::string& name :
         {language + country + modifier, language + country, language + modifier, language}) {
-        if (auto text = string(group, std::string(key).append("[" + name + "]")))
+        if (auto text = string(group, std::string(key).append("[").append(name).append("]")))
             return text;
     }
     return string(group, key);
