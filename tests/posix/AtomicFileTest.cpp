@@ -9,6 +9,9 @@
 
 #include <sys/stat.h>
 
+#include <atomic>
+#include <thread>
+
 namespace {
 
 using namespace kw;
@@ -88,6 +91,23 @@ TEST(AtomicFile, UsesWhatAKilledWriterLeft) {
     const std::string longest(255, 'n');
     EXPECT_FALSE(replaceFile(folder.path(longest), "new"));
     EXPECT_THAT(folder.names(), ElementsAre("file", longest));
+}
+
+TEST(AtomicFile, WritersWaitForEachOther) {
+    const test::TemporaryFolder folder;
+    std::atomic<int> failed = 0;
+    const auto write = [&](char c) {
+        for (int i = 0; i < 50; ++i)
+            failed += !!replaceFile(folder.path("file"), std::string(100'000, c));
+    };
+    std::thread first(write, 'a');
+    std::thread second(write, 'b');
+    first.join();
+    second.join();
+    EXPECT_EQ(failed, 0);
+    EXPECT_THAT(folder.names(), ElementsAre("file"));
+    const std::string content = folder.read("file");
+    EXPECT_EQ(content, std::string(100'000, content.front()));
 }
 
 } // namespace

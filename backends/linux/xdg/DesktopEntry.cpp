@@ -73,9 +73,10 @@ std::optional<std::string> DesktopEntry::string(
 std::optional<std::string> DesktopEntry::localizedString(
     std::string_view group, std::string_view key, std::string_view locale) const {
     const auto [language, country, modifier] = localeName(locale);
-    for (const std::string& name :
-        {language + country + modifier, language + country, language + modifier, language}) {
-        if (auto text = string(group, std::string(key) + "[" + name + "]"))
+    const std::string region = language + country;
+    const std::string names[] {region + modifier, region, language + modifier, language};
+    for (const std::string& name : names) {
+        if (auto text = string(group, std::string(key).append("[").append(name).append("]")))
             return text;
     }
     return string(group, key);

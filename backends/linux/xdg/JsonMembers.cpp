@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <ranges>
 #include <stdexcept>
 #include <utility>
 
@@ -226,16 +227,17 @@ PropertyMap JsonMembers::values() const {
 
 bool JsonMembers::apply(const JsonChanges& changes) {
     bool changed = false;
-    for (const auto& [key, text] : changes) {
+    for (const auto& change : changes) {
+        const auto& text = change.second;
+        const auto hasKey = [&](const Member& member) { return member.key == change.first; };
         if (!text) {
-            const auto hasKey = [&](const Member& member) { return member.key == key; };
             changed |= std::erase_if(m_members, hasKey) > 0;
             continue;
         }
-        const auto last = std::find_if(m_members.rbegin(), m_members.rend(),
-            [&](const Member& member) { return member.key == key; });
-        if (last == m_members.rend())
-            m_members.push_back({key, *text});
+        auto backwards = std::views::reverse(m_members);
+        const auto last = std::ranges::find_if(backwards, hasKey);
+        if (last == backwards.end())
+            m_members.push_back({change.first, *text});
         else if (parsed(last->text).dump() != parsed(*text).dump())
             last->text = *text;
         else
