@@ -25,6 +25,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <functional>
 
 namespace gallery {
 
@@ -132,17 +133,17 @@ LoggingPage::LoggingPage()
     , m_report(label()) {
     auto* const levels = new QGridLayout;
     levels->setSpacing(8);
-    for (int place = 0; const auto& [title, log] : levelButtons) {
-        auto* const button = new QPushButton(title);
-        connect(button, &QPushButton::clicked, this, [this, log = log] {
+    for (const LevelButton& level : levelButtons) {
+        const int place = static_cast<int>(m_levels.size());
+        m_levels.push_back(new QPushButton(level.title));
+        connect(m_levels.back(), &QPushButton::clicked, this, [this, &level] {
             // Messages are formats, in which a percent sign is doubled.
-            (m_log.*log)(m_text->text().replace("%", "%%").toStdString());
+            const std::string message = m_text->text().replace("%", "%%").toStdString();
+            std::invoke(level.log, m_log, message);
             std::fflush(stdout); // the mirrored text has no end of line
             updateFacts();
         });
-        levels->addWidget(button, place / 4, place % 4);
-        m_levels.push_back(button);
-        ++place;
+        levels->addWidget(m_levels.back(), place / 4, place % 4);
     }
 
     auto* const switches = new QHBoxLayout;
