@@ -75,4 +75,12 @@ std::uint64_t GDASLLog::unsentMessageCount() const {
     return m_client ? m_client->unsentMessageCount() : 0;
 }
 
+std::string messageFromText(std::string_view text) {
+    std::string message;
+    message.reserve(text.size());
+    for (const char byte : text)
+        message.append(byte == '%' ? 2 : 1, byte);
+    return message;
+}
+
 } // namespace kw

@@ -22,8 +22,7 @@ namespace kw {
 ///     log.warning("no sound card");
 ///
 /// A message is a format string without arguments: "%%" logs one percent sign, any other conversion
-/// is logged as it stands. Text that comes from elsewhere has its percent signs doubled by the
-/// caller.
+/// is logged as it stands. `messageFromText` doubles the percent signs of text from elsewhere.
 ///
 /// Levels may be used on any thread, several at once, and in a forked child; they never wait for a
 /// reader. `setLogFile` and `close` need the channel for themselves: it has no lock.
@@ -83,5 +82,8 @@ private:
     GDASLLogManager& m_manager;
     std::unique_ptr<SystemLogClient> m_client; ///< null once closed
 };
+
+/// The message that logs this text: its percent signs doubled.
+KW_EXPORT std::string messageFromText(std::string_view text);
 
 } // namespace kw

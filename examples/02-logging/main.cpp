@@ -46,14 +46,6 @@ const Level& levelNamed(const std::string& name) {
     return *level;
 }
 
-/// The text as a message that logs it: messages are formats, in which a percent sign is doubled.
-std::string messageOf(std::string_view text) {
-    std::string message;
-    for (const char byte : text)
-        message.append(byte == '%' ? 2 : 1, byte);
-    return message;
-}
-
 std::string joined(const std::vector<std::string>& words) {
     std::string text = words.front();
     for (auto word = words.begin() + 1; word != words.end(); ++word)
@@ -70,7 +62,7 @@ void tellOfLastTime() {
 }
 
 int log(const Level& level, const std::string& text) {
-    const std::string message = messageOf(text);
+    const std::string message = kw::messageFromText(text);
 
     // The program's own channel, which has a file.
     kw::GDASLLog& own = kw::KWFileLogger::sharedKWFileLogger().log();

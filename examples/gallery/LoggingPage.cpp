@@ -137,9 +137,7 @@ LoggingPage::LoggingPage()
         const int place = static_cast<int>(m_levels.size());
         m_levels.push_back(new QPushButton(level.title));
         connect(m_levels.back(), &QPushButton::clicked, this, [this, &level] {
-            // Messages are formats, in which a percent sign is doubled.
-            const std::string message = m_text->text().replace("%", "%%").toStdString();
-            std::invoke(level.log, m_log, message);
+            std::invoke(level.log, m_log, kw::messageFromText(m_text->text().toStdString()));
             std::fflush(stdout); // the mirrored text has no end of line
             updateFacts();
         });

@@ -210,15 +210,25 @@ TEST_F(SystemLogTest, NeverWaitsForAReader) {
 
 TEST_F(SystemLogTest, OutlivesTheClosingOfAllDescriptors) {
     Daemon daemon(syslogPath);
-    const auto client = open("Host", "user");
-    // As a program does that becomes a daemon, and then opens files of its own.
-    const FileDescriptor next(::dup(STDERR_FILENO));
-    ::close(next.get() - 1);
-    const FileDescriptor other(::open("/dev/null", O_RDWR | O_CLOEXEC));
-    ASSERT_EQ(other.get(), next.get() - 1);
-    client->log(SystemLogLevel::info, "x");
-    EXPECT_TRUE(daemon.take());
-    EXPECT_NE(::fcntl(other.get(), F_GETFD), -1);
+    const int last = ::dup(STDERR_FILENO);
+    ::close(last);
+    std::vector<FileDescriptor> others;
+    {
+        const auto client = open("Host", "user");
+        attach(*client, filePath);
+        // As a program does that becomes a daemon, and then opens files of its own.
+        for (int descriptor = last; descriptor < last + 5; ++descriptor) {
+            ::close(descriptor);
+            others.emplace_back(::open(folder.path("other").c_str(), O_RDWR | O_CREAT, 0600));
+            ASSERT_EQ(others.back().get(), descriptor);
+        }
+        client->log(SystemLogLevel::info, "x");
+        EXPECT_TRUE(daemon.take());
+    }
+    EXPECT_THAT(readFile(filePath), testing::EndsWith("<Info>: x\n"));
+    EXPECT_EQ(readFile(folder.path("other")), "");
+    for (const FileDescriptor& other : others)
+        EXPECT_NE(::fcntl(other.get(), F_GETFD), -1);
 }
 
 TEST_F(SystemLogTest, MirrorsALineForEachMessage) {
@@ -369,20 +379,26 @@ TEST_F(SystemLogTest, AChannelsFirstFileTakesDescriptorZero) {
             return 3;
         if (::fcntl(0, F_GETFD) != FD_CLOEXEC)
             return 4;
-        if (log.setLogFile(folder.path("missing/x")) != -1 || ::fcntl(0, F_GETFD) != -1)
+        // Another channel's first file closes this one's descriptor, but does not get its lines.
+        GDASLLog other("Other", "user", true);
+        if (other.setLogFile(folder.path("other")) != 0 || other.fd() != 0)
             return 5;
-        if (::open("/dev/null", O_RDONLY) != 0 || log.setLogFile(filePath) != 0 || log.fd() == 0)
+        log.notice("200%%");
+        if (log.setLogFile(folder.path("missing/x")) != -1 || ::fcntl(0, F_GETFD) != -1)
             return 6;
-        if (::fcntl(0, F_GETFD) == -1)
+        if (::open("/dev/null", O_RDONLY) != 0 || log.setLogFile(filePath) != 0 || log.fd() == 0)
             return 7;
+        if (::fcntl(0, F_GETFD) == -1)
+            return 8;
         log.close();
-        return ::fcntl(log.fd(), F_GETFD) == -1 ? 8 : 0;
+        return ::fcntl(log.fd(), F_GETFD) == -1 ? 9 : 0;
     };
     EXPECT_EXIT(::_exit(checks()), testing::ExitedWithCode(0), "");
     struct stat status;
     ASSERT_EQ(::stat(filePath.c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 07777, 0646u);
-    EXPECT_THAT(readFile(filePath), testing::EndsWith("<Notice>: 100%\n"));
+    EXPECT_THAT(readFile(filePath), testing::EndsWith("<Notice>: 200%\n"));
+    EXPECT_EQ(readFile(folder.path("other")), "");
 }
 
 } // namespace

@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include <sys/types.h>
+#include <sys/stat.h>
 
 namespace kw {
 
@@ -19,8 +19,12 @@ public:
     /// Opens a file as `LogFile` needs it. A descriptor, or -1.
     static int open(const std::string& path);
 
-    /// The descriptor stays the caller's, and keeps its number also when the file changes.
+    /// Writes to a duplicate of the descriptor, which stays the caller's: once that is closed, its
+    /// number may stand for something else.
     LogFile(int descriptor, const std::string& path);
+    ~LogFile();
+    LogFile(const LogFile&) = delete;
+    LogFile& operator=(const LogFile&) = delete;
 
     int descriptor() const { return m_descriptor; }
 
@@ -30,10 +34,12 @@ public:
     void append(std::string_view line, std::int64_t now);
 
 private:
-    void followPath(std::int64_t now);
+    void followPath();
     void rememberFile();
+    bool isRemembered(const struct stat& status) const;
 
-    const int m_descriptor;
+    const int m_descriptor; ///< the caller's
+    std::atomic<int> m_duplicate;
     const std::string m_path; ///< absolute
     Lookout m_lookout;
     std::atomic<dev_t> m_device = 0;

@@ -87,6 +87,7 @@ TEST_F(LoggingTest, MessagesAreFormatsWithoutArguments) {
         {"%%s%%n a%%b", "%s%n a%b"},
         {"%d%%", "%d%"},
     };
+    EXPECT_EQ(messageFromText("a%b%%"), "a%%b%%%%");
     log.setLogToStdOut(true);
     for (const auto& [message, text] : rows) {
         testing::internal::CaptureStdout();
