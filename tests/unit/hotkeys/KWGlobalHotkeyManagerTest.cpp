@@ -40,16 +40,24 @@ public:
 
 struct ManagerTest : testing::Test {
     ~ManagerTest() override {
-        while (!manager.registeredHotkeys().empty()) {
-            const std::uint16_t key = manager.registeredHotkeys().begin()->first;
-            manager.unregisterHotkey(key, false, false, false, false);
-        }
+        while (!manager.registeredHotkeys().empty())
+            manager.unregisterHotkey(
+                manager.registeredHotkeys().begin()->first, false, false, false, false);
     }
 
     HeadlessHotkeyService service;
     ServiceScope<HeadlessHotkeyService> scope {service};
     KWGlobalHotkeyManager& manager = KWGlobalHotkeyManager::hotkeyManager();
     Host host;
+
+    /// Command with the key.
+    void registerHotkey(std::uint32_t code, const char* action, WeakReference target) {
+        manager.registerHotkey(code, SEL(action), std::move(target), true, false, false, false);
+    }
+    void unregisterHotkey(std::uint32_t code) {
+        manager.unregisterHotkey(code, true, false, false, false);
+    }
+    bool press(std::uint32_t code) { return service.press({code, hotkeyCommandMask}); }
 
     const KWHotkeyObject* registration(std::uint16_t key) {
         const auto found = manager.registeredHotkeys().find(key);
@@ -58,12 +66,12 @@ struct ManagerTest : testing::Test {
 };
 
 TEST_F(ManagerTest, ThereIsOneHoweverItIsAskedFor) {
-    manager.registerHotkey(40, SEL("quit"), host, true, false, false, true);
+    registerHotkey(40, "quit", host);
     KWGlobalHotkeyManager::initialize();
     EXPECT_EQ(&KWGlobalHotkeyManager::sharedFramistan(), &manager);
     EXPECT_EQ(&KWGlobalHotkeyManager::allocWithZone().init(), &manager);
     EXPECT_EQ(manager.registeredHotkeys().size(), 1u);
-    service.press({40, 0x0300});
+    press(40);
     EXPECT_EQ(host.performed.size(), 1u); // and one handler
 }
 
@@ -73,9 +81,8 @@ TEST_F(ManagerTest, KeysAreTheKeyCodePlusTheMask) {
         bool command, control, option, shift;
         std::uint16_t key;
     } rows[] = {
-        {40, true, false, false, true, 0x0328}, {40, false, false, false, false, 0x0028},
-        {40, false, true, false, false, 0x1028}, {40, false, false, true, false, 0x0828},
-        {0, true, true, true, true, 0x1B00},
+        {40, true, false, false, true, 0x0328}, {40, false, true, false, false, 0x1028},
+        {40, false, false, true, false, 0x0828}, {0, true, true, true, true, 0x1B00},
         {0x10028, false, false, false, false, 0x0028}, // reduced to 16 bits
         {0x0128, true, false, false, false, 0x0228}, // an addition, not a bitwise or
     };
@@ -84,15 +91,13 @@ TEST_F(ManagerTest, KeysAreTheKeyCodePlusTheMask) {
             row.keycode, SEL("quit"), host, row.command, row.control, row.option, row.shift);
         ASSERT_NE(registration(row.key), nullptr) << row.key;
         EXPECT_EQ(registration(row.key)->keycode(), static_cast<std::uint16_t>(row.keycode));
-        EXPECT_EQ(manager.registeredHotkeys().size(), 1u);
         manager.unregisterHotkey(row.keycode, row.command, row.control, row.option, row.shift);
         EXPECT_TRUE(manager.registeredHotkeys().empty());
     }
 }
 
 TEST_F(ManagerTest, EveryModifierMaskIsACombinationOfItsOwn) {
-    std::vector<std::uint32_t> pressed;
-    std::vector<std::uint32_t> expected;
+    std::vector<std::uint32_t> pressed, expected;
     for (int bits = 0; bits < 16; ++bits) {
         const Hotkey hotkey {.hasKey = true,
             .keycode = 9,
@@ -118,58 +123,43 @@ TEST_F(ManagerTest, AHotkeyThatNamesNoKeyIsIgnored) {
     manager.registerHotkey(none, SEL("quit"), host);
     manager.registerHotkey(none, {"quit", nullptr});
     EXPECT_TRUE(manager.registeredHotkeys().empty());
-    manager.registerHotkey(0, SEL("quit"), host, true, false, false, false);
+    registerHotkey(0, "quit", host);
     manager.unregisterHotkey(none);
     EXPECT_EQ(manager.statusOfHotkey(none), std::nullopt);
     EXPECT_EQ(manager.registeredHotkeys().size(), 1u);
 }
 
-TEST_F(ManagerTest, ANewRegistrationReplacesTheOld) {
+TEST_F(ManagerTest, ReplacesAndGivesBackOnlyTheSameCombination) {
     Host second;
-    manager.registerHotkey(40, SEL("quit"), host, true, false, false, false);
-    manager.registerHotkey(40, SEL("toggle"), second, true, false, false, false);
+    registerHotkey(40, "quit", host);
+    registerHotkey(40, "toggle", second);
     manager.registerHotkey(40, SEL("quit"), host, true, false, true, false);
-    EXPECT_EQ(manager.registeredHotkeys().size(), 2u);
     EXPECT_EQ(service.unregisterCount(), 1);
     EXPECT_EQ(registration(0x0128)->_target().get(), &second);
     EXPECT_EQ(registration(0x0128)->_action(), SEL("toggle"));
-
-    EXPECT_TRUE(service.press({40, hotkeyCommandMask}));
+    EXPECT_TRUE(press(40));
     EXPECT_TRUE(host.performed.empty());
     EXPECT_EQ(second.performed, std::vector<std::string> {"toggle"});
-}
 
-TEST_F(ManagerTest, UnregisteringGivesBackOnlyWhatIsThere) {
-    manager.registerHotkey(40, SEL("quit"), host, true, false, false, false);
     manager.unregisterHotkey(40, false, true, false, false);
-    EXPECT_EQ(manager.registeredHotkeys().size(), 1u);
-    manager.unregisterHotkey(40, true, false, false, false);
-    manager.unregisterHotkey(40, true, false, false, false);
-    EXPECT_EQ(service.registrationCount(), 0u);
-    EXPECT_EQ(service.unregisterCount(), 1);
-    EXPECT_FALSE(service.press({40, hotkeyCommandMask}));
-}
-
-TEST_F(ManagerTest, ACallableServesAsTarget) {
-    int count = 0;
-    manager.registerHotkey(7, {"quit", [&count] { ++count; }}, false, true, false, false);
-    service.press({7, hotkeyControlMask});
-    EXPECT_EQ(count, 1);
-    EXPECT_EQ(registration(0x1007)->_action(), SEL("quit"));
-    EXPECT_EQ(registration(0x1007)->_target(), nullptr);
+    EXPECT_EQ(manager.registeredHotkeys().size(), 2u);
+    unregisterHotkey(40);
+    unregisterHotkey(40);
+    EXPECT_EQ(service.registrationCount(), 1u);
+    EXPECT_EQ(service.unregisterCount(), 2);
+    EXPECT_FALSE(press(40));
 }
 
 TEST_F(ManagerTest, RefusedCombinationsStayRegistered) {
     service.setHeldElsewhere({40, hotkeyCommandMask}, true);
-    manager.registerHotkey(40, SEL("quit"), host, true, false, false, false);
-    manager.registerHotkey(256, SEL("quit"), host, true, false, false, false);
+    registerHotkey(40, "quit", host);
+    registerHotkey(256, "quit", host);
     const auto status = [this](std::uint32_t code) {
-        return manager.statusOfHotkey(code, true, 0, 0, 0);
+        return manager.statusOfHotkey(code, true, false, false, false);
     };
     EXPECT_EQ(status(40), HotkeyStatus::heldElsewhere);
     EXPECT_EQ(status(256), HotkeyStatus::unsupported);
     EXPECT_EQ(status(41), std::nullopt);
-    EXPECT_EQ(registration(0x0200)->eventHotKeyRef(), EventHotKeyRef::none);
 
     int changes = 0;
     manager.setStatusChangeHandler([&changes] { ++changes; });
@@ -182,45 +172,33 @@ TEST_F(ManagerTest, RefusedCombinationsStayRegistered) {
 
     UnavailableHotkeyService none;
     const ServiceScope inner(none);
-    manager.registerHotkey(9, SEL("quit"), host, true, false, false, false);
+    registerHotkey(9, "quit", host);
     EXPECT_EQ(status(9), HotkeyStatus::unavailable);
 }
 
-TEST_F(ManagerTest, APressForADeadTargetDoesNothing) {
-    auto shared = std::make_shared<Host>();
-    manager.registerHotkey(1, SEL("quit"), shared, true, false, false, false);
-    shared.reset();
-    EXPECT_TRUE(service.press({1, hotkeyCommandMask}));
-    EXPECT_EQ(registration(0x0101)->_target(), nullptr);
-}
-
 TEST_F(ManagerTest, ActionsMayChangeTheRegistrations) {
-    const auto registerQuit = [this] {
-        manager.registerHotkey(1, SEL("quit"), host, true, false, false, false);
-    };
-    const auto press = [this] { service.press({1, hotkeyCommandMask}); };
-
-    registerQuit();
-    host.onAction = [&] { manager.unregisterHotkey(1, true, false, false, false); };
-    press();
+    registerHotkey(1, "quit", host);
+    host.onAction = [this] { unregisterHotkey(1); };
+    press(1);
     EXPECT_TRUE(manager.registeredHotkeys().empty());
 
-    registerQuit();
-    host.onAction = [&] {
+    registerHotkey(1, "quit", host);
+    host.onAction = [this] {
         for (std::uint32_t code = 1; code < 200; ++code)
-            manager.registerHotkey(code, SEL("toggle"), host, true, false, false, false);
+            registerHotkey(code, "toggle", host);
     };
-    press();
-    press();
+    press(1);
+    press(1);
     EXPECT_EQ(host.performed, (std::vector<std::string> {"quit", "quit", "toggle"}));
 
-    manager.registerHotkey(
-        1, {"x", [&] { manager.unregisterHotkey(1, true, 0, 0, 0); }}, true, false, false, false);
-    press();
+    manager.registerHotkey(1, {"give", [this] { unregisterHotkey(1); }}, true, false, false, false);
+    EXPECT_EQ(registration(0x0101)->_action(), SEL("give"));
+    EXPECT_EQ(registration(0x0101)->_target(), nullptr);
+    press(1);
     EXPECT_EQ(registration(0x0101), nullptr);
 }
 
-TEST_F(ManagerTest, ATargetMayDieInsideItsOwnAction) {
+TEST_F(ManagerTest, ATargetMayDieBeforeAndInsideItsOwnAction) {
     auto shared = std::make_shared<Host>();
     bool diedEarly = false;
     shared->onAction = [&] {
@@ -228,36 +206,36 @@ TEST_F(ManagerTest, ATargetMayDieInsideItsOwnAction) {
         shared.reset();
         diedEarly = reference.lock() == nullptr;
     };
-    manager.registerHotkey(1, SEL("quit"), shared, true, false, false, false);
-    service.press({1, hotkeyCommandMask});
+    registerHotkey(1, "quit", shared);
+    press(1);
     EXPECT_EQ(shared, nullptr);
     EXPECT_FALSE(diedEarly); // it lives until the action returns
+    EXPECT_TRUE(press(1)); // for nobody
+    EXPECT_EQ(registration(0x0101)->_target(), nullptr);
 
     auto* lone = new Host;
-    manager.registerHotkey(2, SEL("quit"), lone, true, false, false, false);
+    registerHotkey(2, "quit", lone);
     lone->onAction = [lone] { delete lone; };
-    service.press({2, hotkeyCommandMask});
+    press(2);
     EXPECT_EQ(registration(0x0102)->_target(), nullptr);
 }
 
 TEST_F(ManagerTest, ActionsThatDoNotFitAreAnError) {
-    manager.registerHotkey(1, SEL("missing"), host, true, false, false, false);
-    manager.registerHotkey(2, SEL("open:"), host, true, false, false, false);
-    EXPECT_THROW(service.press({1, hotkeyCommandMask}), NSException);
-    EXPECT_THROW(service.press({2, hotkeyCommandMask}), NSException);
+    registerHotkey(1, "missing", host);
+    registerHotkey(2, "open:", host);
+    EXPECT_THROW(press(1), NSException);
+    EXPECT_THROW(press(2), NSException);
 }
 
 TEST_F(ManagerTest, TheHandlerAnswersSuccessWhateverComes) {
     const EventTypeSpec type {kEventClassKeyboard, kEventHotKeyPressed};
     const ApplicationEvent unknown {type, EventHotKeyID {0, 77}};
     const ApplicationEvent bare {type, std::nullopt};
-    for (const EventRef event : {&unknown, &bare, EventRef()})
-        EXPECT_EQ(KWHotKeyHandler(nullptr, event, nullptr), 0);
-
     // The identifier counts by its lower 16 bits, whatever the signature.
-    manager.registerHotkey(1, SEL("quit"), host, true, false, false, false);
     const ApplicationEvent wide {type, EventHotKeyID {123, 0x10101}};
-    EXPECT_EQ(KWHotKeyHandler(nullptr, &wide, nullptr), 0);
+    registerHotkey(1, "quit", host);
+    for (const EventRef event : {&unknown, &bare, EventRef(), &wide})
+        EXPECT_EQ(KWHotKeyHandler(nullptr, event, nullptr), 0);
     EXPECT_EQ(host.performed.size(), 1u);
 }
 
@@ -295,13 +273,13 @@ TEST_F(ManagerTest, TheIdentifierCarriesTheActionsName) {
 }
 
 TEST_F(ManagerTest, SuspensionsOverlap) {
-    manager.registerHotkey(1, SEL("quit"), host, true, false, false, false);
+    registerHotkey(1, "quit", host);
     {
         const HotkeySuspension outer;
         { const HotkeySuspension inner; }
-        EXPECT_FALSE(service.press({1, hotkeyCommandMask}));
+        EXPECT_FALSE(press(1));
     }
-    EXPECT_TRUE(service.press({1, hotkeyCommandMask}));
+    EXPECT_TRUE(press(1));
 }
 
 } // namespace
