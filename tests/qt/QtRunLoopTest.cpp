@@ -28,18 +28,6 @@ TEST(QtRunLoop, RunsInsideTheHostsLoop) {
     EXPECT_TRUE(isCalled);
 }
 
-TEST(QtRunLoop, WritesWhatCallbacksThrowToTheConsole) {
-    HeadlessConsole console;
-    const ServiceScope scope(console);
-    qtLoop().callAfter(0, [] { throw std::runtime_error("in a timer"); });
-    qtLoop().callAfter(0, [] { throw 1; });
-    qtLoop().callAfter(0.001, [] { qtLoop().stop(); });
-    qtLoop().run();
-    EXPECT_THAT(console.lines(),
-        testing::ElementsAre(
-            "*** uncaught exception: in a timer", "*** uncaught exception: of unknown type"));
-}
-
 TEST(QtRunLoop, ServesThreadsThatQtDidNotStart) {
     bool isCalled = false;
     std::thread([&, outer = &qtLoop()] {

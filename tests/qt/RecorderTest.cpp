@@ -87,8 +87,8 @@ TEST_F(Recorder, KeepsWhatMakesNoHotkeyToItselfWhileArmed) {
 
 TEST_F(Recorder, KeepsOptionFromTheMenuBarWhileArmed) {
     struct : QProxyStyle {
-        int styleHint(StyleHint hint, const QStyleOption*, const QWidget*,
-            QStyleHintReturn*) const override {
+        int styleHint(
+            StyleHint hint, const QStyleOption*, const QWidget*, QStyleHintReturn*) const override {
             return hint == SH_MenuBar_AltKeyNavigation;
         }
     } style;

@@ -162,12 +162,14 @@ TEST(ViewWidget, WritesWhatViewsThrowToTheConsole) {
     struct Thrower : Probe {
         using Probe::Probe;
         void mouseDown(const NSEvent&) override { throw std::runtime_error("ouch"); }
+        void mouseUp(const NSEvent&) override { throw 1; }
     };
     HeadlessConsole console;
     const ServiceScope scope(console);
     Window window(std::make_shared<Thrower>(NSMakeRect(0, 0, 40, 40)));
     window.click({5, 5});
-    EXPECT_THAT(console.lines(), ElementsAre("*** uncaught exception: ouch"));
+    EXPECT_THAT(console.lines(),
+        ElementsAre("*** uncaught exception: ouch", "*** uncaught exception: of unknown type"));
 }
 
 } // namespace

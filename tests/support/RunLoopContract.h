@@ -118,7 +118,7 @@ TEST_P(RunLoopContract, ACallbackThatThrowsLeavesTheLoopIntact) {
         }
     }
     EXPECT_EQ(thrown, GetParam().letsExceptionsThrough ? 2 : 0);
-    EXPECT_EQ(console.lines().size(), GetParam().letsExceptionsThrough ? 0u : 2u);
+    EXPECT_THAT(console.lines(), testing::SizeIs(2 - thrown));
 }
 
 TEST_P(RunLoopContract, ASinglePassTellsWhetherAnythingWasDone) {

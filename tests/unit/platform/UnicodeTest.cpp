@@ -10,13 +10,13 @@ using namespace kw;
 
 TEST(Unicode, AppendedUnitsStayValidUTF8) {
     std::string text;
-    for (const char16_t unit :
-        {u'A', u'\0', u'\x7F', u'\x80', u'\u07FF', u'\u0800', char16_t {0xD800}, char16_t {0xDFFF},
-            u'\uE000', u'\uFFFF'})
+    for (const char16_t unit : {u'A', u'\0', u'\x7F', u'\x80', u'\u07FF', u'\u0800',
+             char16_t {0xD800}, char16_t {0xDFFF}, u'\uE000', u'\uFFFF'})
         appendUnit(text, unit);
     EXPECT_EQ(text,
         std::string("A\0\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBD\xEF\xBF\xBD\xEE\x80\x80"
-                    "\xEF\xBF\xBF", 22));
+                    "\xEF\xBF\xBF",
+            22));
 }
 
 TEST(Unicode, TakesOnlyValidSequences) {
