@@ -119,7 +119,7 @@ TEST_F(X11HotkeyServiceTest, PressesReachTheirRegistrationUnderAnyLock) {
             user.press(row.held);
             user.type({XKB_KEY_k});
             user.release(row.held);
-            settle();
+            ASSERT_NO_FATAL_FAILURE(settle());
             // Once, and for no other.
             EXPECT_EQ(std::exchange(row.presses, 0), 1) << &row - rows << ", locks " << locks;
             for (const Row& other : rows)

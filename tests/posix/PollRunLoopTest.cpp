@@ -22,7 +22,8 @@ TEST(PollRunLoop, IsWokenBySignalsAndOtherThreadsButNotKeptAwake) {
     action.sa_handler = [](int) { };
     ASSERT_EQ(::sigaction(SIGUSR1, &action, nullptr), 0);
     std::thread thread([&, waiting = ::pthread_self()] {
-        ::pthread_kill(waiting, SIGUSR1);
+        for (int i = 0; i < 1000; ++i) // so that some come while it waits
+            ::pthread_kill(waiting, SIGUSR1);
         loop.perform([&] { loop.stop(); });
     });
     loop.run();

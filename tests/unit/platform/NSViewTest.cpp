@@ -67,8 +67,8 @@ TEST_F(NSViewTest, ViewsComeAndGoOneByOne) {
     inner->addSubview(root); // no circles
     inner->addSubview(inner);
     inner->addSubview(nullptr);
-    EXPECT_TRUE(inner->subviews().empty());
-    EXPECT_EQ(root->superview(), nullptr);
+    ASSERT_TRUE(inner->subviews().empty());
+    ASSERT_EQ(root->superview(), nullptr);
 
     root->addSubview(inner);
     EXPECT_EQ(host.gone, (std::vector {inner.get()})); // from where it was
