@@ -34,7 +34,7 @@ TEST(Unicode, TakesOnlyValidSequences) {
         {"\xF0\x80\x80\xAF", std::nullopt},
         {"\xED\xA0\x80", std::nullopt}, // a surrogate
         {"\xE2\x8C", std::nullopt}, // cut short
-        {"\xE2x\xA5", std::nullopt},
+        {"\xE2\xC2\xA5", std::nullopt}, // a lead where a continuation should be
         {"\x80", std::nullopt},
     };
     for (const auto& row : rows) {
