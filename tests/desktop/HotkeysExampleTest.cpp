@@ -41,11 +41,11 @@ TEST_F(HotkeysExampleTest, CountsPressesUntilItIsInterrupted) {
 }
 
 TEST_F(HotkeysExampleTest, TellsHowTheCombinationStands) {
-    const auto shiftF5 = std::to_string(user.keyCode(XKB_KEY_F5));
-    ASSERT_TRUE(user.grab(XKB_KEY_F5, XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_4));
-    ChildProcess example({KW_HOTKEYS_EXAMPLE, "super+shift+" + shiftF5}, environment);
+    const auto f5 = std::to_string(user.keyCode(XKB_KEY_F5));
+    ASSERT_TRUE(user.grab(XKB_KEY_F5, XCB_MOD_MASK_4));
+    ChildProcess example({KW_HOTKEYS_EXAMPLE, "super+" + f5}, environment);
     EXPECT_THAT(example.readLine(), Optional(HasSubstr("held by another program")));
-    user.ungrab(XKB_KEY_F5, XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_4);
+    user.ungrab(XKB_KEY_F5, XCB_MOD_MASK_4);
     EXPECT_THAT(example.readLine(), Optional(HasSubstr("is live")));
     display.kill();
     EXPECT_THAT(example.readLine(), Optional(HasSubstr("the display is gone")));
@@ -59,9 +59,7 @@ TEST_F(HotkeysExampleTest, RefusesWhatItCannotDo) {
         const char* message;
     } rows[] = {
         {{}, true, 2, "usage: 01-hotkeys"},
-        {{"k", "j"}, true, 2, "usage: 01-hotkeys"},
         {{"hyper+k"}, true, 2, "no modifier 'hyper'"},
-        {{"ctrl+"}, true, 2, "no key ''"},
         {{"ctrl+nonsense"}, true, 2, "no key 'nonsense'"},
         {{"ctrl+300"}, true, 2, "'ctrl+300' cannot be registered"},
         {{"ctrl+k"}, false, 1, "no X display"},

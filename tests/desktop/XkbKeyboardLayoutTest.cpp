@@ -28,17 +28,13 @@ protected:
 TEST_F(XkbKeyboardLayoutTest, GivesWhatIsPrintedOnTheKeys) {
     const struct {
         xcb_keysym_t key;
-        char16_t plain;
-        char16_t shifted;
+        char16_t plain, shifted;
     } rows[] = {
         {XKB_KEY_k, u'k', u'K'},
         {XKB_KEY_1, u'1', u'!'},
-        {XKB_KEY_space, u' ', u' '},
         {XKB_KEY_Return, 0x0D, 0x0D},
         {XKB_KEY_Escape, 0x1B, 0x1B},
         {XKB_KEY_F5, 0, 0},
-        {XKB_KEY_Up, 0, 0},
-        {XKB_KEY_Shift_L, 0, 0},
         {XKB_KEY_KP_Home, 0, 0},
         {XKB_KEY_KP_Add, u'+', u'+'},
     };
@@ -79,7 +75,6 @@ TEST_F(XkbKeyboardLayoutTest, HasNoCharactersWithoutADisplay) {
     const auto k = user.keyCode(XKB_KEY_k);
     EXPECT_EQ(layout.characterForKeyCode(k), u'k');
     display.kill();
-    EXPECT_EQ(layout.characterForKeyCode(k), 0);
     EXPECT_EQ(layout.characterForKeyCode(k), 0);
     EXPECT_EQ(XkbKeyboardLayout("no display").characterForKeyCode(k), 0);
 }

@@ -13,20 +13,19 @@ namespace {
 
 using namespace kw;
 
-/// A view that draws what it is told to.
-class Canvas : public NSView {
-public:
-    using Draw = std::function<void(NSGraphicsContext&)>;
-    Canvas(NSRect frame, bool isFlipped, Draw draw)
-        : NSView(frame)
-        , m_isFlipped(isFlipped)
-        , m_draw(std::move(draw)) { }
-    bool isFlipped() const override { return m_isFlipped; }
-    void drawRect(NSGraphicsContext& context, NSRect) override { m_draw(context); }
+using Draw = std::function<void(NSGraphicsContext&)>;
 
-private:
-    bool m_isFlipped;
-    Draw m_draw;
+/// A view that draws what it is told to.
+struct Canvas : NSView {
+    Canvas(NSRect frame, bool flipped, Draw toDraw)
+        : NSView(frame)
+        , isUpsideDown(flipped)
+        , draw(std::move(toDraw)) { }
+    bool isFlipped() const override { return isUpsideDown; }
+    void drawRect(NSGraphicsContext& context, NSRect) override { draw(context); }
+
+    bool isUpsideDown;
+    Draw draw;
 };
 
 QImage render(std::shared_ptr<NSView> view, double ratio = 1) {
@@ -39,7 +38,7 @@ QImage render(std::shared_ptr<NSView> view, double ratio = 1) {
     return image;
 }
 
-QImage render(bool isFlipped, Canvas::Draw draw) {
+QImage render(bool isFlipped, Draw draw) {
     return render(std::make_shared<Canvas>(NSMakeRect(0, 0, 40, 20), isFlipped, std::move(draw)));
 }
 
@@ -92,27 +91,22 @@ TEST(Painting, ClipsAndPlacesSubviews) {
 TEST(Painting, RunsGradientsAtTheirAngleAndOnBeyondTheirStops) {
     constexpr NSColor red = NSColor::colorWithCalibratedRed(1, 0, 0, 1);
     constexpr NSColor blue = NSColor::colorWithCalibratedRed(0, 0, 1, 1);
-    struct Case {
+    const struct {
         double angle;
-        QPoint first;
-        QPoint last;
-    };
-    const Case cases[] {{0, {0, 10}, {39, 10}}, {-90, {20, 0}, {20, 19}}, {90, {20, 19}, {20, 0}},
+        QPoint first, last;
+    } rows[] {{0, {0, 10}, {39, 10}}, {-90, {20, 0}, {20, 19}}, {90, {20, 19}, {20, 0}},
         {-45, {0, 0}, {39, 19}}};
-    for (const Case& given : cases) {
+    for (const auto& row : rows) {
         const QImage image = render(false, [&](NSGraphicsContext& context) {
-            context.drawGradient({{red, 0.1}, {blue, 0.9}}, rectangle(0, 0, 40, 20), given.angle);
+            context.drawGradient({{red, 0.1}, {blue, 0.9}}, rectangle(0, 0, 40, 20), row.angle);
         });
-        EXPECT_EQ(image.pixelColor(given.first), QColor(Qt::red)) << given.angle;
-        EXPECT_EQ(image.pixelColor(given.last), QColor(Qt::blue)) << given.angle;
+        EXPECT_EQ(image.pixelColor(row.first), QColor(Qt::red)) << row.angle;
+        EXPECT_EQ(image.pixelColor(row.last), QColor(Qt::blue)) << row.angle;
     }
 }
 
 TEST(Painting, MeasuresTextAsItDrawsIt) {
-    NSSize size;
-    NSSize twice;
-    NSSize standard;
-    NSSize tiny;
+    NSSize size, twice, standard, tiny;
     const auto draw = [&](NSGraphicsContext& context) {
         const TextAttributes attributes {NSFont::systemFontOfSize(10)};
         size = context.sizeOfText("Hgl", attributes);
@@ -154,26 +148,24 @@ TEST(Painting, BlursShadowsEvenlyAndMovesThemUp) {
     }
 }
 
-class RecorderPainting : public testing::TestWithParam<double> { };
-
-TEST_P(RecorderPainting, IsAKeyCapWithWhiteText) {
-    const double ratio = GetParam();
-    const QImage image = render(std::make_shared<KWHotkeyView>(NSMakeRect(0, 0, 260, 56)), ratio);
-    const auto at = [&](double x, double y) {
-        return image.pixelColor(static_cast<int>(x * ratio), static_cast<int>(y * ratio));
-    };
-    EXPECT_EQ(at(0, 0).alpha(), 0);
-    EXPECT_LT(at(130, 2).lightness(), at(130, 3.5).lightness()); // the outline
-    EXPECT_GT(at(20, 4).lightness(), at(20, 30).lightness()); // lighter at the top
-    EXPECT_GT(at(20, 20).lightness(), at(20, 40).lightness());
-    int white = 0;
-    for (int x = 0; x < image.width(); ++x) {
-        for (int y = 0; y < image.height(); ++y)
-            white += image.pixelColor(x, y).lightness() > 240;
+TEST(Painting, TheRecorderIsAKeyCapWithWhiteTextAtAnyRatio) {
+    for (const double ratio : {1.0, 1.5, 2.0}) {
+        const QImage image =
+            render(std::make_shared<KWHotkeyView>(NSMakeRect(0, 0, 260, 56)), ratio);
+        const auto lightness = [&](double x, double y) {
+            return image.pixelColor(QPointF(x * ratio, y * ratio).toPoint()).lightness();
+        };
+        EXPECT_EQ(image.pixelColor(0, 0).alpha(), 0);
+        EXPECT_LT(lightness(130, 2), lightness(130, 3.5)); // the outline
+        EXPECT_GT(lightness(20, 4), lightness(20, 30)); // lighter at the top
+        EXPECT_GT(lightness(20, 20), lightness(20, 40));
+        int white = 0;
+        for (int x = 0; x < image.width(); ++x) {
+            for (int y = 0; y < image.height(); ++y)
+                white += image.pixelColor(x, y).lightness() > 240;
+        }
+        EXPECT_GT(white, 200 * ratio * ratio);
     }
-    EXPECT_GT(white, 200 * ratio * ratio);
 }
-
-INSTANTIATE_TEST_SUITE_P(Ratios, RecorderPainting, testing::Values(1, 1.5, 2));
 
 } // namespace

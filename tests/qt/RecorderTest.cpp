@@ -37,22 +37,12 @@ protected:
     std::optional<Window> window;
 };
 
-TEST_F(Recorder, IsArmedByAClick) {
-    QTest::mousePress(window->views, Qt::LeftButton, {}, {20, 20});
-    EXPECT_FALSE(view->acceptHotkey());
-    QTest::mouseRelease(window->views, Qt::LeftButton, {}, {20, 20});
-    EXPECT_TRUE(view->acceptHotkey());
-    EXPECT_TRUE(hotkeys.isSuspended());
-}
-
 TEST_F(Recorder, RecordsWhatIsTypedWhoeverElseWantsIt) {
-    struct Case {
+    const struct {
         Qt::Key key;
         Qt::KeyboardModifiers modifiers;
         Hotkey expected;
-    };
-    const Case cases[] {
-        {Qt::Key_K, Qt::AltModifier, {.hasKey = true, .character = u'k', .option = true}},
+    } rows[] {
         {Qt::Key_K, Qt::ControlModifier | Qt::ShiftModifier,
             {.hasKey = true, .character = u'K', .control = true, .shift = true}},
         {Qt::Key_S, Qt::ControlModifier, {.hasKey = true, .character = u's', .control = true}},
@@ -60,7 +50,6 @@ TEST_F(Recorder, RecordsWhatIsTypedWhoeverElseWantsIt) {
         {Qt::Key_Backtab, Qt::ShiftModifier | Qt::ControlModifier,
             {.hasKey = true, .character = 0x19, .control = true, .shift = true}},
         {Qt::Key_Return, Qt::AltModifier, {.hasKey = true, .character = 0x0D, .option = true}},
-        {Qt::Key_F5, Qt::MetaModifier, {.hasKey = true, .character = 0xF708, .command = true}},
     };
     QAction save;
     save.setShortcut(QKeySequence(Qt::CTRL | Qt::Key_S));
@@ -68,10 +57,10 @@ TEST_F(Recorder, RecordsWhatIsTypedWhoeverElseWantsIt) {
     int saves = 0;
     QObject::connect(&save, &QAction::triggered, [&] { ++saves; });
 
-    for (const Case& given : cases) {
+    for (const auto& row : rows) {
         arm();
-        type(given.key, given.modifiers);
-        EXPECT_EQ(recorded(), given.expected) << given.key;
+        type(row.key, row.modifiers);
+        EXPECT_EQ(recorded(), row.expected) << row.key;
         EXPECT_FALSE(view->acceptHotkey());
         EXPECT_TRUE(window->views->hasFocus());
     }
@@ -80,7 +69,7 @@ TEST_F(Recorder, RecordsWhatIsTypedWhoeverElseWantsIt) {
     EXPECT_EQ(saves, 1);
 }
 
-TEST_F(Recorder, IgnoresWhatMakesNoHotkey) {
+TEST_F(Recorder, KeepsWhatMakesNoHotkeyToItselfWhileArmed) {
     arm();
     for (const Qt::KeyboardModifiers modifiers : {Qt::NoModifier, Qt::ShiftModifier}) {
         type(Qt::Key_K, modifiers);
@@ -89,41 +78,20 @@ TEST_F(Recorder, IgnoresWhatMakesNoHotkey) {
     EXPECT_TRUE(view->acceptHotkey());
     EXPECT_TRUE(window->views->hasFocus());
     EXPECT_FALSE(recorded().hasKey);
-}
-
-TEST_F(Recorder, CancelsAndClears) {
-    arm();
-    type(Qt::Key_K, Qt::AltModifier);
-    arm();
-    type(Qt::Key_Escape);
-    EXPECT_FALSE(view->acceptHotkey());
-    EXPECT_TRUE(recorded().hasKey);
-    arm();
-    type(Qt::Key_Backspace, Qt::MetaModifier);
-    EXPECT_FALSE(view->acceptHotkey());
-    EXPECT_FALSE(recorded().hasKey);
-}
-
-TEST_F(Recorder, FollowsTheModifiersWhileArmed) {
-    arm();
-    window->modifier(QEvent::KeyPress, Qt::Key_Alt);
-    ASSERT_NE(view->modifiersHotkey(), nullptr);
-    EXPECT_EQ(renderHotkeyRecord(*view->modifiersHotkey()), "⌥ ");
     window->modifier(QEvent::KeyPress, Qt::Key_Meta, Qt::AltModifier);
     EXPECT_EQ(renderHotkeyRecord(*view->modifiersHotkey()), "⌥ ⌘ ");
-    window->modifier(QEvent::KeyRelease, Qt::Key_Alt, Qt::AltModifier | Qt::MetaModifier);
-    EXPECT_EQ(renderHotkeyRecord(*view->modifiersHotkey()), "⌘ ");
+    type(Qt::Key_Escape);
+    EXPECT_FALSE(view->acceptHotkey());
+    EXPECT_TRUE(window->views->hasFocus());
 }
 
 TEST_F(Recorder, KeepsOptionFromTheMenuBarWhileArmed) {
-    struct Style : QProxyStyle {
-        int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
-            QStyleHintReturn* result) const override {
-            return hint == SH_MenuBar_AltKeyNavigation
-                || QProxyStyle::styleHint(hint, option, widget, result);
+    struct : QProxyStyle {
+        int styleHint(
+            StyleHint hint, const QStyleOption*, const QWidget*, QStyleHintReturn*) const override {
+            return hint == SH_MenuBar_AltKeyNavigation;
         }
-    };
-    Style style;
+    } style;
     QMenuBar* const menuBar = window->window.menuBar();
     menuBar->setStyle(&style);
     menuBar->addMenu("&File");

@@ -5,7 +5,6 @@
 #include <xcb/xtest.h>
 
 #include <algorithm>
-#include <iterator>
 #include <stdexcept>
 
 namespace kw::test {
@@ -35,14 +34,20 @@ xcb_keycode_t KeyInjector::keyCode(xcb_keysym_t keysym) const {
     return 0;
 }
 
-void KeyInjector::press(xcb_keysym_t keysym) { fake(XCB_KEY_PRESS, keysym); }
-void KeyInjector::release(xcb_keysym_t keysym) { fake(XCB_KEY_RELEASE, keysym); }
-
-void KeyInjector::type(std::initializer_list<xcb_keysym_t> keysyms) {
+void KeyInjector::press(const std::vector<xcb_keysym_t>& keysyms) {
     for (const xcb_keysym_t keysym : keysyms)
         press(keysym);
-    for (auto keysym = std::rbegin(keysyms); keysym != std::rend(keysyms); ++keysym)
-        release(*keysym);
+}
+
+void KeyInjector::release(const std::vector<xcb_keysym_t>& keysyms) {
+    for (const xcb_keysym_t keysym : keysyms)
+        release(keysym);
+}
+
+void KeyInjector::type(std::vector<xcb_keysym_t> keysyms) {
+    press(keysyms);
+    std::ranges::reverse(keysyms);
+    release(keysyms);
 }
 
 void KeyInjector::lockModifiers(std::uint8_t modifiers) {

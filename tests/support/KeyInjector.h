@@ -5,7 +5,6 @@
 #include <backends/linux/x11/Xcb.h>
 
 #include <cstdint>
-#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -23,10 +22,13 @@ public:
     /// The key that gives this keysym alone, 0 for none.
     xcb_keycode_t keyCode(xcb_keysym_t keysym) const;
 
-    void press(xcb_keysym_t keysym);
-    void release(xcb_keysym_t keysym);
+    void press(xcb_keysym_t keysym) { fake(XCB_KEY_PRESS, keysym); }
+    void release(xcb_keysym_t keysym) { fake(XCB_KEY_RELEASE, keysym); }
+    /// In the order given.
+    void press(const std::vector<xcb_keysym_t>& keysyms);
+    void release(const std::vector<xcb_keysym_t>& keysyms);
     /// Presses the keys in order and releases them in reverse.
-    void type(std::initializer_list<xcb_keysym_t> keysyms);
+    void type(std::vector<xcb_keysym_t> keysyms);
 
     /// Locks these of the server's modifiers and no others.
     void lockModifiers(std::uint8_t modifiers);

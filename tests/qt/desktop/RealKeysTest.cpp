@@ -24,7 +24,7 @@ protected:
     test::KeyInjector user {qEnvironmentVariable("DISPLAY").toStdString()};
 };
 
-TEST_F(RealKeys, TellWhichModifiersAreHeld) {
+TEST_F(RealKeys, AreNamedByTheLayoutAndTellWhichModifiersAreHeld) {
     const auto probe = std::make_shared<Probe>(NSMakeRect(0, 0, 40, 40));
     Window window(probe);
     window.click({5, 5});
@@ -34,28 +34,18 @@ TEST_F(RealKeys, TellWhichModifiersAreHeld) {
 
     user.press(XKB_KEY_Shift_L);
     EXPECT_TRUE(flagsBecome(NSEventModifierFlagShift));
+    user.type({XKB_KEY_k});
+    EXPECT_TRUE(soon([&] { return probe->last.charactersIgnoringModifiers == "K"; }));
+    EXPECT_EQ(probe->last.keyCode, user.keyCode(XKB_KEY_k));
     user.press(XKB_KEY_Shift_R);
     user.press(XKB_KEY_Alt_L); // with Shift the Meta key, says the layout
     EXPECT_TRUE(flagsBecome(NSEventModifierFlagShift | NSEventModifierFlagOption));
-    user.release(XKB_KEY_Shift_R);
-    user.release(XKB_KEY_Alt_L);
+    user.release({XKB_KEY_Shift_R, XKB_KEY_Alt_L});
     EXPECT_TRUE(flagsBecome(NSEventModifierFlagShift));
     user.release(XKB_KEY_Shift_L);
     user.press(XKB_KEY_Super_L);
     EXPECT_TRUE(flagsBecome(NSEventModifierFlagCommand));
     user.release(XKB_KEY_Super_L);
-}
-
-TEST_F(RealKeys, AreNamedByTheLayout) {
-    const auto probe = std::make_shared<Probe>(NSMakeRect(0, 0, 40, 40));
-    Window window(probe);
-    window.click({5, 5});
-    user.press(XKB_KEY_Shift_L);
-    user.press(XKB_KEY_k);
-    EXPECT_TRUE(soon([&] { return probe->last.charactersIgnoringModifiers == "K"; }));
-    EXPECT_EQ(probe->last.keyCode, user.keyCode(XKB_KEY_k));
-    user.release(XKB_KEY_k);
-    user.release(XKB_KEY_Shift_L);
 }
 
 TEST_F(RealKeys, ThatSomebodyGrabsAreNoLossOfTheFocus) {
@@ -65,12 +55,10 @@ TEST_F(RealKeys, ThatSomebodyGrabsAreNoLossOfTheFocus) {
     ASSERT_TRUE(recorder->acceptHotkey());
     ASSERT_TRUE(user.grab(XKB_KEY_j, /*Mod1*/ 8));
 
-    user.press(XKB_KEY_Alt_L);
-    user.press(XKB_KEY_j);
+    user.press({XKB_KEY_Alt_L, XKB_KEY_j});
     ASSERT_TRUE(soon([&] { return user.takePresses() > 0; }));
     EXPECT_FALSE(QTest::qWaitFor([&] { return !recorder->acceptHotkey(); }, longPress));
-    user.release(XKB_KEY_j);
-    user.release(XKB_KEY_Alt_L);
+    user.release({XKB_KEY_j, XKB_KEY_Alt_L});
     user.ungrab(XKB_KEY_j, 8);
 
     user.type({XKB_KEY_Alt_L, XKB_KEY_j});

@@ -25,8 +25,6 @@ TEST(RoundPath, SharpOutlineShowsTheGrid) {
         double border; // the call narrows it
         std::vector<NSPoint> points; // the start, then the four corners
     } rows[] = {
-        {"no border", NSMakeRect(0, 0, 100, 20), 0,
-            {{50, 0}, {100, 0}, {100, 20}, {0, 20}, {0.5, 0.5}}},
         {"border", NSMakeRect(0, 0, 100, 20), 2, {{50, 1}, {99, 1}, {99, 19}, {1, 19}, {1.5, 1.5}}},
         {"fractions snap outward", NSMakeRect(0.3, 0.3, 10.4, 10.4), 0,
             {{6, 0}, {11, 0}, {11, 11}, {0, 11}, {0.5, 0.5}}},
@@ -59,12 +57,10 @@ TEST(RoundPath, RoundsTheCornersOfItsKind) {
     EXPECT_EQ(bottom[2].point, (NSPoint {100, 30}));
     EXPECT_EQ(bottom[3].point, (NSPoint {90, 40}));
     EXPECT_EQ(bottom[6].point, (NSPoint {0.5, 0.5}));
-}
-
-TEST(RoundPath, RadiusIsNotClamped) {
-    const auto segments = roundBezierPath(NSMakeRect(0, 0, 100, 20), 30, 0).segments();
-    EXPECT_EQ(segments[1].point, (NSPoint {70, 0}));
-    EXPECT_EQ(segments[2].point, (NSPoint {100, 30}));
+    // A radius of more than half a side is taken as it is.
+    const auto wide = roundBezierPath(rect, 60, 0).segments();
+    EXPECT_EQ(wide[1].point, (NSPoint {40, 0}));
+    EXPECT_EQ(wide[2].point, (NSPoint {100, 60}));
 }
 
 TEST(RoundPath, HugeRectanglesDoNotTrap) {

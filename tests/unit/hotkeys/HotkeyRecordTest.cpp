@@ -42,25 +42,19 @@ TEST_F(HotkeyRecordTest, RendersTheKey) {
     } rows[] = {
         {"ma", keyK, 'k', "⌥ ⌘ K"},
         {"macs", keyA, 'a', "⌥ ⇧ ⌃ ⌘ A"},
-        {"", keyK, 'k', "K"},
         {"c", keyUp, 0xF700, "⌃ ↑ "},
-        {"c", keyUp, 0xF701, "⌃ ↓ "},
-        {"c", keyUp, 0xF702, "⌃ ← "},
         {"c", keyUp, 0xF703, "⌃ → "},
         {"m", keySpace, ' ', "⌘ Space"},
         {"m", keyUp, 0x0D, "⌘ ↩ "},
         {"a", keyUp, 0x09, "⌥ ⇥ "},
         {"m", keyOne, '1', "⌘ 1"},
         {"m", keyUmlaut, 0xF6, "⌘ ö"}, // only a to z become capital
-        {"", keyUp, 0xF704, "F1"},
         {"m", keyUp, 0xF708, "⌘ F5"},
         {"", keyUp, 0xF712, "F15"},
         {"", keyUp, 0xF713, "F16"},
         {"", keyOne, 0xF714, "1"}, // F17 has no name
         {"", keyOne, 0xF6FF, "1"},
-        {"", keyOne, 0x0003, "1"}, // small characters are looked up as function keys
-        {"", keyOne, 0x0008, "1"},
-        {"", keyOne, 0x1B, "1"},
+        {"", keyOne, 0x0008, "1"}, // small characters are looked up as function keys
         {"", keyOne, 0x8000, "1"},
         {"", keyK, 0xF700, "K"}, // the layout's letter wins over the character
         {"m", keyDead, 0, std::string("⌘ \0", 5)},
@@ -79,30 +73,18 @@ TEST_F(HotkeyRecordTest, FindsTheKeyOfACharacter) {
     EXPECT_EQ(keycodeFromUnichar(0), std::nullopt); // what a dead key gives is no character
 }
 
-TEST_F(HotkeyRecordTest, RendersModifierRecords) {
-    HotkeyRecord record;
+TEST_F(HotkeyRecordTest, FillingOverwritesItsEntriesWithTheirTypes) {
+    HotkeyRecord record {{"other", "kept"}};
     EXPECT_EQ(renderHotkeyRecord(record), "");
     fillModifierHotkeyRecord(record, false, false, true, true);
     EXPECT_EQ(renderHotkeyRecord(record), "⇧ ⌃ ");
-    fillModifierHotkeyRecord(record, false, false, false, false);
-    EXPECT_EQ(renderHotkeyRecord(record), "");
-    EXPECT_EQ(record.size(), 4u);
-}
-
-TEST_F(HotkeyRecordTest, FillingOverwritesAllEntriesWithTheirTypes) {
-    HotkeyRecord record {{"other", "kept"}};
+    EXPECT_EQ(record.size(), 5u);
     fillHotkeyRecord(record, true, true, true, true, 1, 2);
     fillHotkeyRecord(record, false, true, false, true, 0xFFFF, 0xF700);
     EXPECT_EQ(record,
-        (HotkeyRecord {
-            {"KWHotkeyValue", 0xF700},
-            {"KWKeycodeValue", 0xFFFF},
-            {"KWCmdModifier", false},
-            {"KWAltModifier", true},
-            {"KWControlModifier", false},
-            {"KWShiftModifier", true},
-            {"other", "kept"},
-        }));
+        (HotkeyRecord {{"KWHotkeyValue", 0xF700}, {"KWKeycodeValue", 0xFFFF},
+            {"KWCmdModifier", false}, {"KWAltModifier", true}, {"KWControlModifier", false},
+            {"KWShiftModifier", true}, {"other", "kept"}}));
 }
 
 TEST_F(HotkeyRecordTest, ReadsWhateverAHostKept) {
@@ -111,15 +93,12 @@ TEST_F(HotkeyRecordTest, ReadsWhateverAHostKept) {
         HotkeyRecord record;
         Hotkey hotkey;
     } rows[] = {
-        {"empty", {}, {}},
         {"key code 0 is a key", {{"KWKeycodeValue", 0}}, {.hasKey = true}},
         {"a key without a number", {{"KWKeycodeValue", "K"}, {"KWHotkeyValue", PropertyList()}},
             {.hasKey = true}},
         {"numbers are no booleans", {{"KWCmdModifier", 1}, {"KWShiftModifier", "true"}}, {}},
         {"integers are reduced", {{"KWKeycodeValue", 0x10028}, {"KWHotkeyValue", -1}},
             {.hasKey = true, .keycode = 0x28, .character = 0xFFFF}},
-        {"extra entries", {{"KWAltModifier", true}, {"KWHotkeyValue", 'k'}, {"x", PropertyMap()}},
-            {.character = u'k', .option = true}},
     };
     for (const auto& row : rows)
         EXPECT_EQ(hotkeyFromRecord(row.record), row.hotkey) << row.name;

@@ -19,34 +19,41 @@ constexpr std::uint32_t shift = NSEventModifierFlagShift, control = NSEventModif
                         option = NSEventModifierFlagOption, command = NSEventModifierFlagCommand;
 constexpr std::uint16_t keyK = 40;
 
+constexpr NSColor rgb(double r, double g, double b, double a = 1) {
+    return NSColor::colorWithCalibratedRed(r, g, b, a);
+}
+// What tells the three gradients apart is their second color.
+constexpr NSColor atRest = rgb(0.5, 0.54, 0.6);
+constexpr NSColor clicked = rgb(0.42, 0.47, 0.53);
+constexpr NSColor armed = rgb(0.63, 0.77, 0.08);
+
+const NSColor& colorOf(const KWHotkeyView& view) {
+    return view.currentButtomGradient().stops()[1].color;
+}
+
 class Delegate : public NSObject {
+    /// With the hotkey that the view has by then, and a mark if it still looks armed.
+    static auto note(const char* what) {
+        return [what](Delegate& delegate, KWHotkeyView& view) {
+            EXPECT_FALSE(view.acceptHotkey());
+            const auto& hotkey = view.registeredHotkey();
+            delegate.log += std::string(what) + (hotkey ? ":" + renderHotkeyRecord(*hotkey) : "")
+                + (colorOf(view) == armed ? "! " : " ");
+        };
+    }
+
 public:
     static Class& classObject() {
         static Class object("Delegate", NSObject::classObject(),
             {
-                method("hotkeyViewWillChangeHotkey:",
-                    [](Delegate& d, KWHotkeyView& view) { d.note("will", view); }),
-                method("hotkeyViewChangedHotkey:",
-                    [](Delegate& d, KWHotkeyView& view) {
-                        d.note("changed:" + view.renderHotkeyDict(*view.registeredHotkey()), view);
-                    }),
-                method("hotkeyViewUndoLastChanges:",
-                    [](Delegate& d, KWHotkeyView& view) { d.note("undo", view); }),
-                method("hotkeyViewRemovedHotkey:",
-                    [](Delegate& d, KWHotkeyView& view) {
-                        d.note(view.registeredHotkey() ? "removed" : "removed(none)", view);
-                    }),
+                method("hotkeyViewWillChangeHotkey:", note("will")),
+                method("hotkeyViewChangedHotkey:", note("changed")),
+                method("hotkeyViewUndoLastChanges:", note("undo")),
+                method("hotkeyViewRemovedHotkey:", note("removed")),
             });
         return object;
     }
     Class& isa() const override { return classObject(); }
-    /// A message that comes while the view still looks armed is marked.
-    void note(const std::string& message, const KWHotkeyView& view) {
-        EXPECT_FALSE(view.acceptHotkey());
-        const auto& color = view.currentButtomGradient().stops()[1].color;
-        const bool looksArmed = color == NSColor::colorWithCalibratedRed(0.63, 0.77, 0.08, 1);
-        log += message + (looksArmed ? "! " : " ");
-    }
     std::string log;
 };
 
@@ -71,9 +78,9 @@ struct KWHotkeyViewTest : testing::Test {
     CountingHost host;
     KWHotkeyView view {NSMakeRect(0, 0, 200, 40)};
 
-    static NSEvent key(std::string characters, std::uint32_t flags, std::uint16_t code = keyK) {
+    static NSEvent key(std::string characters, std::uint32_t flags) {
         return {.modifierFlags = flags,
-            .keyCode = code,
+            .keyCode = keyK,
             .charactersIgnoringModifiers = std::move(characters)};
     }
     void arm() {
@@ -82,51 +89,44 @@ struct KWHotkeyViewTest : testing::Test {
         delegate.log.clear();
         host.redraws = 0;
     }
-    std::string shown() {
+    void expectLooks(const char* text, NSColor color, float fontSize) {
         Recording context;
         view.drawRect(context, view.bounds());
-        return std::get<Recording::DrawText>(context.calls().back()).text;
+        EXPECT_EQ(std::get<Recording::DrawText>(context.calls().back()).text, text);
+        EXPECT_EQ(colorOf(view), color) << text;
+        EXPECT_EQ(view.currentFontSize(), fontSize) << text;
     }
-    const NSColor& topColor() { return view.currentButtomGradient().stops()[1].color; }
 };
 
-constexpr NSColor rgb(double r, double g, double b, double a = 1) {
-    return NSColor::colorWithCalibratedRed(r, g, b, a);
-}
-
 TEST_F(KWHotkeyViewTest, GoesThroughItsStates) {
-    EXPECT_EQ(shown(), "Click to set a hotkey");
-    EXPECT_EQ(view.currentFontSize(), 14.0f);
-    EXPECT_EQ(topColor(), rgb(0.5, 0.54, 0.6));
-
+    expectLooks("Click to set a hotkey", atRest, 14);
     view.mouseDown({});
-    EXPECT_EQ(shown(), "Click to set a hotkey");
-    EXPECT_EQ(topColor(), rgb(0.42, 0.47, 0.53));
+    expectLooks("Click to set a hotkey", clicked, 14);
     EXPECT_EQ(delegate.log, "will ");
     EXPECT_FALSE(view.acceptHotkey());
-
     view.mouseUp({});
-    EXPECT_EQ(shown(), "Type a hotkey");
-    EXPECT_EQ(topColor(), rgb(0.63, 0.77, 0.08));
+    expectLooks("Type a hotkey", armed, 14);
     EXPECT_TRUE(view.acceptHotkey());
 
     view.flagsChanged(key("", option));
-    EXPECT_EQ(shown(), "⌥ ");
-    EXPECT_EQ(view.currentFontSize(), 20.0f);
+    expectLooks("⌥ ", armed, 20);
+    // A press on an armed view does nothing: the held modifiers are not cleared.
+    view.mouseDown({});
+    expectLooks("⌥ ", armed, 20);
     view.flagsChanged(key("", 0));
-    EXPECT_EQ(shown(), "Type a hotkey");
-    EXPECT_EQ(view.currentFontSize(), 14.0f);
+    expectLooks("Type a hotkey", armed, 14);
+    view.flagsChanged(key("", option));
 
     host.redraws = 0;
     view.keyDown(key("k", option | command));
     EXPECT_EQ(delegate.log, "will changed:⌥ ⌘ K ");
-    EXPECT_EQ(shown(), "⌥ ⌘ K");
-    EXPECT_EQ(view.currentFontSize(), 20.0f);
-    EXPECT_EQ(topColor(), rgb(0.5, 0.54, 0.6));
+    expectLooks("⌥ ⌘ K", atRest, 20);
     EXPECT_EQ(host.redraws, 1);
-    EXPECT_EQ(*view.registeredHotkey(),
-        (HotkeyRecord {{"KWHotkeyValue", u'k'}, {"KWKeycodeValue", keyK}, {"KWCmdModifier", true},
-            {"KWAltModifier", true}, {"KWControlModifier", false}, {"KWShiftModifier", false}}));
+    EXPECT_EQ(hotkeyFromRecord(*view.registeredHotkey()),
+        (Hotkey {
+            .hasKey = true, .keycode = keyK, .character = u'k', .command = true, .option = true}));
+    arm();
+    expectLooks("Type a hotkey", armed, 14); // what was held the last time is forgotten
 }
 
 TEST_F(KWHotkeyViewTest, KeysWhileArmed) {
@@ -139,18 +139,17 @@ TEST_F(KWHotkeyViewTest, KeysWhileArmed) {
         bool staysArmed;
     } rows[] = {
         {"shift alone is ignored", "K", shift, "", before, true},
-        {"no modifier is ignored", "k", 0, "", before, true},
         {"other flags do not qualify", "k",
             NSEventModifierFlagCapsLock | NSEventModifierFlagFunction, "", before, true},
         {"a dead key is ignored", "", command, "", before, true},
         {"bad bytes are ignored", "\xFF", command, "", before, true},
         {"control and shift", "K", control | shift, "changed:⇧ ⌃ K ", "⇧ ⌃ K", false},
         {"return", "\r", command, "changed:⌘ K ", before, false},
-        {"escape", "\x1B", 0, "undo ", before, false},
-        {"escape with command", "\x1B", command, "undo ", before, false},
-        {"delete", "\x7F", 0, "removed! ", none, false},
-        {"delete with command", "\x7F", command, "removed! ", none, false},
-        {"forward delete", "\uF728", 0, "removed! ", none, false},
+        {"escape", "\x1B", 0, "undo:⌘ K ", before, false},
+        {"escape with command", "\x1B", command, "undo:⌘ K ", before, false},
+        {"delete, told before the record goes", "\x7F", 0, "removed:⌘ K! ", none, false},
+        {"delete with command", "\x7F", command, "removed:⌘ K! ", none, false},
+        {"forward delete", "\uF728", 0, "removed:⌘ K! ", none, false},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -161,7 +160,9 @@ TEST_F(KWHotkeyViewTest, KeysWhileArmed) {
         EXPECT_TRUE(view.performKeyEquivalent(key(row.characters, row.flags)));
         EXPECT_EQ(delegate.log, row.log);
         EXPECT_EQ(view.acceptHotkey(), row.staysArmed);
+        EXPECT_EQ(service.isSuspended(), row.staysArmed);
         EXPECT_EQ(host.redraws, row.staysArmed ? 0 : 1);
+        EXPECT_EQ(colorOf(view), row.staysArmed ? armed : atRest);
         const auto& registered = view.registeredHotkey();
         EXPECT_EQ(registered ? renderHotkeyRecord(*registered) : none, row.hotkey);
         if (row.staysArmed)
@@ -169,7 +170,11 @@ TEST_F(KWHotkeyViewTest, KeysWhileArmed) {
     }
 }
 
-TEST_F(KWHotkeyViewTest, AtRestItTakesNoKeys) {
+TEST_F(KWHotkeyViewTest, AtRestItTakesNoKeysAndPassesNoneOn) {
+    struct Next : NSResponder {
+        void keyDown(const NSEvent&) override { ADD_FAILURE(); }
+    } next;
+    view.setNextResponder(&next);
     view.keyDown(key("k", command));
     EXPECT_FALSE(view.performKeyEquivalent(key("k", command)));
     EXPECT_EQ(host.redraws, 0);
@@ -185,23 +190,21 @@ TEST_F(KWHotkeyViewTest, FocusLossCancelsArmedOrNot) {
     arm();
     EXPECT_TRUE(view.resignFirstResponder());
     EXPECT_FALSE(view.acceptHotkey());
+    EXPECT_FALSE(service.isSuspended());
     EXPECT_EQ(delegate.log, "undo ");
-    EXPECT_EQ(topColor(), rgb(0.5, 0.54, 0.6));
+    EXPECT_EQ(colorOf(view), atRest);
 }
 
-TEST_F(KWHotkeyViewTest, MousePressesOnAnArmedViewDoNothing) {
-    arm();
-    view.flagsChanged(key("", control));
-    view.mouseDown({});
-    EXPECT_EQ(delegate.log, "");
-    EXPECT_EQ(shown(), "⌃ "); // the held modifiers are not cleared
-    view.mouseUp({});
-    EXPECT_TRUE(view.acceptHotkey());
-}
-
-TEST_F(KWHotkeyViewTest, ALoneMouseReleaseArms) {
-    view.mouseUp({});
-    EXPECT_TRUE(view.acceptHotkey());
+TEST_F(KWHotkeyViewTest, ALoneMouseReleaseArmsAndSuspendsUntilTheViewIsGone) {
+    {
+        KWHotkeyView brief;
+        brief.setDelegate(delegate);
+        brief.mouseUp({});
+        brief.mouseUp({});
+        EXPECT_TRUE(brief.acceptHotkey());
+        EXPECT_TRUE(service.isSuspended());
+    }
+    EXPECT_FALSE(service.isSuspended());
     EXPECT_EQ(delegate.log, "");
 }
 
@@ -209,8 +212,7 @@ TEST_F(KWHotkeyViewTest, ASetRecordIsShownWithoutFurtherAdo) {
     view.setRegisteredHotkey(std::make_shared<HotkeyRecord>());
     EXPECT_EQ(host.redraws, 0);
     EXPECT_EQ(delegate.log, "");
-    EXPECT_EQ(shown(), "");
-    EXPECT_EQ(view.currentFontSize(), 20.0f); // a record that names no key is big all the same
+    expectLooks("", atRest, 20); // a record that names no key is big all the same
 }
 
 TEST_F(KWHotkeyViewTest, TheDelegateMayBeGoneOrDeaf) {
@@ -223,24 +225,7 @@ TEST_F(KWHotkeyViewTest, TheDelegateMayBeGoneOrDeaf) {
     view.setDelegate(deaf);
     view.mouseUp({});
     view.keyDown(key("k", command));
-    EXPECT_EQ(shown(), "⌘ K");
-}
-
-TEST_F(KWHotkeyViewTest, OwnHotkeysAreSuspendedWhileArmed) {
-    arm();
-    EXPECT_TRUE(service.isSuspended());
-    view.mouseUp({});
-    view.keyDown(key("k", command));
-    EXPECT_FALSE(service.isSuspended());
-    arm();
-    view.resignFirstResponder();
-    EXPECT_FALSE(service.isSuspended());
-    {
-        KWHotkeyView brief;
-        brief.mouseUp({});
-        EXPECT_TRUE(service.isSuspended());
-    }
-    EXPECT_FALSE(service.isSuspended());
+    expectLooks("⌘ K", atRest, 20);
 }
 
 TEST_F(KWHotkeyViewTest, DrawsInOrderCenteredOnTheGivenRectangle) {

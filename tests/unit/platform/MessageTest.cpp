@@ -22,7 +22,6 @@ public:
     void play(Song& song) { playing = &song; }
     void queue(const Song* song) { queued = song; }
     std::shared_ptr<Song> current(std::shared_ptr<Song> song) { return song; }
-    void setRate(double newRate) { rate = newRate; }
 
     static Class& classObject() {
         static Class object("Player", NSObject::classObject(),
@@ -34,7 +33,6 @@ public:
                 method("play:", &Player::play),
                 method("queue:", &Player::queue),
                 method("current:", &Player::current),
-                method("setRate:", &Player::setRate),
                 method("reset", [](Player& player) { player.toggles = 0; }),
             });
         return object;
@@ -45,7 +43,6 @@ public:
     std::string opened;
     Song* playing = nullptr;
     const Song* queued = nullptr;
-    double rate = 1;
 };
 
 class LoudPlayer : public Player {
@@ -72,28 +69,20 @@ TEST(SEL, ComparesByName) {
     EXPECT_EQ(SEL("open:"), SEL(std::string("open:")));
     EXPECT_NE(SEL("open:"), SEL("open"));
     EXPECT_NE(SEL(""), SEL());
-    EXPECT_TRUE(SEL(""));
     EXPECT_FALSE(SEL());
     EXPECT_EQ(SEL().name(), "");
 }
 
-TEST(Message, CallsTheMethodOfThatName) {
-    Player player;
+TEST(Message, CallsTheMethodOfThatNameOfTheNearestClass) {
+    LoudPlayer player;
     player.performSelector(SEL("toggle"));
     send(player, SEL("open:"), "song.ogg");
     EXPECT_EQ(player.toggles, 1);
     EXPECT_EQ(player.opened, "song.ogg");
-    EXPECT_EQ(send<int>(player, SEL("volume")), 11);
+    EXPECT_EQ(send<int>(player, SEL("volume")), 12);
     send(player, SEL("volume")); // a result may be dropped
     send(player, SEL("reset"));
     EXPECT_EQ(player.toggles, 0);
-}
-
-TEST(Message, FindsInheritedAndOverriddenMethods) {
-    LoudPlayer player;
-    EXPECT_EQ(send<int>(player, SEL("volume")), 12);
-    player.performSelector(SEL("toggle"));
-    EXPECT_EQ(player.toggles, 1);
     EXPECT_TRUE(player.isKindOfClass(Player::classObject()));
     EXPECT_FALSE(Player().isKindOfClass(LoudPlayer::classObject()));
     EXPECT_FALSE(player.respondsToSelector(SEL("stop")));
@@ -124,49 +113,37 @@ TEST(Message, ObjectsAreCheckedOnArrival) {
     EXPECT_EQ(player.playing, song.get());
 }
 
-TEST(Message, WrongTypesAreAnErrorWithBothEncodings) {
+TEST(Message, WhatDoesNotFitIsAnErrorAndCallsNothing) {
     Player player;
     EXPECT_EQ(reasonOf([&] { send(player, SEL("open:"), 5); }),
         "-[Player open:]: the method's encoding is v@:@\"NSString\", the message's is v@:i");
     EXPECT_THAT(reasonOf([&] { send(player, SEL("open:")); }), HasSubstr("is v@:"));
     EXPECT_THAT(reasonOf([&] { send(player, SEL("toggle"), 1); }), HasSubstr("is v@:i"));
     EXPECT_THAT(reasonOf([&] { send<double>(player, SEL("volume")); }), HasSubstr("d@:"));
-    EXPECT_THAT(reasonOf([&] { send(player, SEL("setRate:"), 1); }), HasSubstr("v@:d"));
     EXPECT_THAT(
-        reasonOf([&] { send(player, SEL("setRate:"), std::vector<int>()); }), HasSubstr("vector"));
-    EXPECT_EQ(player.opened, "");
-    EXPECT_EQ(player.toggles, 0);
-}
-
-TEST(Message, UnknownMethodIsAnError) {
-    Player player;
+        reasonOf([&] { send(player, SEL("open:"), std::vector<int>()); }), HasSubstr("vector"));
     EXPECT_THAT(reasonOf([&] { player.performSelector(SEL("stop")); }),
         testing::StartsWith("-[Player stop]: unrecognized selector sent to instance 0x"));
+    EXPECT_EQ(player.opened, "");
+    EXPECT_EQ(player.toggles, 0);
 }
 
 TEST(Class, AddedMethodsReachSubclassesMadeBefore) {
     Class base("Base", Player::classObject());
     Class derived("Derived", base);
-    const SEL shout("shout");
     const Method volume = *Player::classObject().instanceMethod(SEL("volume"));
-    EXPECT_EQ(derived.instanceMethod(shout), nullptr);
-    EXPECT_TRUE(base.addMethod(shout, volume.implementation, volume.typeEncoding));
-    EXPECT_FALSE(base.addMethod(shout, volume.implementation, volume.typeEncoding));
-    ASSERT_NE(derived.instanceMethod(shout), nullptr);
-    EXPECT_EQ(derived.instanceMethod(shout), base.instanceMethod(shout));
-    EXPECT_EQ(Player::classObject().instanceMethod(shout), nullptr);
-}
-
-TEST(Class, FindsEveryMethodOfALargeTable) {
-    const Method volume = *Player::classObject().instanceMethod(SEL("volume"));
-    Class cls("Large", Player::classObject());
     const auto name = [](int i) { return SEL("method" + std::to_string(i)); };
-    for (int i = 0; i < 100; ++i)
-        cls.addMethod(name(i), volume.implementation, volume.typeEncoding);
-    for (int i = 0; i < 100; ++i)
-        EXPECT_EQ(cls.instanceMethod(name(i))->name, name(i));
-    EXPECT_EQ(cls.instanceMethod(name(100)), nullptr);
-    EXPECT_NE(cls.instanceMethod(SEL("toggle")), nullptr);
+    for (int i = 0; i < 100; ++i) {
+        EXPECT_TRUE(base.addMethod(name(i), volume.implementation, volume.typeEncoding));
+        EXPECT_FALSE(base.addMethod(name(i), volume.implementation, volume.typeEncoding));
+    }
+    for (int i = 0; i < 100; ++i) {
+        ASSERT_NE(derived.instanceMethod(name(i)), nullptr);
+        EXPECT_EQ(derived.instanceMethod(name(i))->name, name(i));
+    }
+    EXPECT_EQ(derived.instanceMethod(name(100)), nullptr);
+    EXPECT_NE(derived.instanceMethod(SEL("toggle")), nullptr);
+    EXPECT_EQ(Player::classObject().instanceMethod(name(0)), nullptr);
 }
 
 } // namespace

@@ -21,30 +21,27 @@ NSPoint pointOnCurve(NSPoint start, const NSBezierPath::Segment& curve, double t
     return {at(&NSPoint::x), at(&NSPoint::y)};
 }
 
-struct Arc {
-    const char* name;
-    NSPoint start, corner, to;
-    double radius;
-    NSPoint center, first, second;
-};
-
 TEST(NSBezierPath, TangentArcsLieOnTheirCircle) {
     const double r2 = std::sqrt(2);
-    const Arc arcs[] = {
-        {"left turn", {0, 0}, {10, 0}, {10, 10}, 4, {6, 4}, {6, 0}, {10, 4}},
-        {"right turn", {0, 0}, {10, 0}, {10, -10}, 4, {6, -4}, {6, 0}, {10, -4}},
-        {"beyond both points", {0, 0}, {10, 0}, {10, 5}, 20, {-10, 20}, {-10, 0}, {10, 20}},
-        {"acute corner", {0, 0}, {10, 0}, {0, 10}, 1, {10 - 1 - r2, 1}, {10 - 1 - r2, 0},
-            {10 - 1 - r2 / 2, 1 + r2 / 2}},
-        {"obtuse corner", {0, 0}, {10, 0}, {20, 10}, 5, {10 - 5 * (r2 - 1), 5},
-            {10 - 5 * (r2 - 1), 0}, {10 - 5 * (r2 - 1) + 5 / r2, 5 - 5 / r2}},
-        {"negative radius", {0, 0}, {10, 0}, {10, 10}, -4, {14, -4}, {14, 0}, {10, -4}},
+    const struct {
+        const char* name;
+        NSPoint to; // from 0, 0 by the corner 10, 0
+        double radius;
+        NSPoint center, first, second;
+    } arcs[] = {
+        {"left turn", {10, 10}, 4, {6, 4}, {6, 0}, {10, 4}},
+        {"right turn", {10, -10}, 4, {6, -4}, {6, 0}, {10, -4}},
+        {"beyond both points", {10, 5}, 20, {-10, 20}, {-10, 0}, {10, 20}},
+        {"acute corner", {0, 10}, 1, {9 - r2, 1}, {9 - r2, 0}, {9 - r2 / 2, 1 + r2 / 2}},
+        {"obtuse corner", {20, 10}, 5, {15 - 5 * r2, 5}, {15 - 5 * r2, 0},
+            {15 - 5 / r2, 5 - 5 / r2}},
+        {"negative radius", {10, 10}, -4, {14, -4}, {14, 0}, {10, -4}},
     };
-    for (const Arc& arc : arcs) {
+    for (const auto& arc : arcs) {
         SCOPED_TRACE(arc.name);
         NSBezierPath path;
-        path.moveToPoint(arc.start);
-        path.appendBezierPathWithArcFromPoint(arc.corner, arc.to, arc.radius);
+        path.moveToPoint({0, 0});
+        path.appendBezierPathWithArcFromPoint({10, 0}, arc.to, arc.radius);
         ASSERT_GE(path.segments().size(), 3u);
         EXPECT_EQ(path.segments()[1].element, Element::lineTo);
         EXPECT_NEAR(path.segments()[1].point.x, arc.first.x, 1e-9);
@@ -83,16 +80,12 @@ TEST(NSBezierPath, DegenerateArcsAreALineToTheCorner) {
     }
 }
 
-TEST(NSBezierPath, NeedsACurrentPoint) {
+TEST(NSBezierPath, GoesOnFromACurrentPointAndClosesToWhereTheFigureBegan) {
     NSBezierPath path;
     EXPECT_THROW(path.lineToPoint({1, 1}), NSException);
     EXPECT_THROW(path.appendBezierPathWithArcFromPoint({1, 1}, {2, 1}, 1), NSException);
     EXPECT_THROW(path.closePath(), NSException);
     EXPECT_TRUE(path.isEmpty());
-}
-
-TEST(NSBezierPath, ClosingGoesBackToWhereTheFigureBegan) {
-    NSBezierPath path;
     path.moveToPoint({1, 2});
     path.lineToPoint({3, 4});
     path.closePath();

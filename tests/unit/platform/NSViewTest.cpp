@@ -51,6 +51,9 @@ TEST_F(NSViewTest, HitTestFindsTheFrontMostVisibleView) {
     EXPECT_EQ(root->hitTest({200, 50}), nullptr);
     inner->setHidden(true);
     EXPECT_EQ(root->hitTest({16, 66}), flipped.get());
+    const auto above = std::make_shared<NSView>(NSMakeRect(10, 20, 10, 60));
+    root->addSubview(above);
+    EXPECT_EQ(root->hitTest({16, 66}), above.get());
 }
 
 TEST_F(NSViewTest, RedrawRequestsReachTheHostInItsCoordinates) {
@@ -60,28 +63,25 @@ TEST_F(NSViewTest, RedrawRequestsReachTheHostInItsCoordinates) {
     EXPECT_EQ(host.dirty, (std::vector {NSMakeRect(15, 65, 20, 10), NSMakeRect(15, 65, 5, 5)}));
 }
 
-TEST_F(NSViewTest, TheHostLetsGoOfViewsThatLeave) {
-    inner->removeFromSuperview();
-    EXPECT_EQ(host.gone, (std::vector {inner.get()}));
-    EXPECT_EQ(inner->host(), nullptr);
-    EXPECT_EQ(inner->nextResponder(), nullptr);
-    root->addSubview(inner);
-    EXPECT_EQ(inner->host(), &host);
-    EXPECT_EQ(inner->nextResponder(), root.get());
-}
-
-TEST_F(NSViewTest, ATreeHasNoCircles) {
-    inner->addSubview(root);
+TEST_F(NSViewTest, ViewsComeAndGoOneByOne) {
+    inner->addSubview(root); // no circles
     inner->addSubview(inner);
     inner->addSubview(nullptr);
-    EXPECT_TRUE(inner->subviews().empty());
-    EXPECT_EQ(root->superview(), nullptr);
-}
+    ASSERT_TRUE(inner->subviews().empty());
+    ASSERT_EQ(root->superview(), nullptr);
 
-TEST_F(NSViewTest, AViewThatDiesTakesNobodyWithIt) {
+    root->addSubview(inner);
+    EXPECT_EQ(host.gone, (std::vector {inner.get()})); // from where it was
+    EXPECT_TRUE(flipped->subviews().empty());
+    EXPECT_EQ(inner->host(), &host);
+    EXPECT_EQ(inner->nextResponder(), root.get());
+
+    flipped->addSubview(inner);
     flipped->removeFromSuperview();
-    flipped.reset();
+    flipped.reset(); // takes nobody with it
     EXPECT_EQ(inner->superview(), nullptr);
+    EXPECT_EQ(inner->host(), nullptr);
+    EXPECT_EQ(inner->nextResponder(), nullptr);
     EXPECT_EQ(inner->convertToSuperview({0, 0}), (NSPoint {5, 5}));
 }
 

@@ -9,26 +9,14 @@ namespace {
 using namespace kw;
 
 TEST(Unicode, AppendedUnitsStayValidUTF8) {
-    const struct {
-        char16_t unit;
-        std::string utf8;
-    } rows[] = {
-        {u'A', "A"},
-        {0, std::string(1, '\0')},
-        {0x7F, "\x7F"},
-        {0x80, "\xC2\x80"},
-        {0x7FF, "\xDF\xBF"},
-        {0x800, "\xE0\xA0\x80"},
-        {0xF700, "\xEF\x9C\x80"},
-        {0xD800, "\xEF\xBF\xBD"},
-        {0xDFFF, "\xEF\xBF\xBD"},
-        {0xFFFF, "\xEF\xBF\xBF"},
-    };
-    for (const auto& row : rows) {
-        std::string text;
-        appendUnit(text, row.unit);
-        EXPECT_EQ(text, row.utf8) << std::hex << static_cast<int>(row.unit);
-    }
+    std::string text;
+    for (const char16_t unit : {u'A', u'\0', u'\x7F', u'\x80', u'\u07FF', u'\u0800',
+             char16_t {0xD800}, char16_t {0xDFFF}, u'\uE000', u'\uFFFF'})
+        appendUnit(text, unit);
+    EXPECT_EQ(text,
+        std::string("A\0\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBD\xEF\xBF\xBD\xEE\x80\x80"
+                    "\xEF\xBF\xBF",
+            22));
 }
 
 TEST(Unicode, TakesOnlyValidSequences) {
@@ -46,9 +34,8 @@ TEST(Unicode, TakesOnlyValidSequences) {
         {"\xF0\x80\x80\xAF", std::nullopt},
         {"\xED\xA0\x80", std::nullopt}, // a surrogate
         {"\xE2\x8C", std::nullopt}, // cut short
-        {"\xE2x\xA5", std::nullopt},
+        {"\xE2\xC2\xA5", std::nullopt}, // a lead where a continuation should be
         {"\x80", std::nullopt},
-        {"\xFF", std::nullopt},
     };
     for (const auto& row : rows) {
         std::string_view rest = row.text;
@@ -65,19 +52,10 @@ TEST(Unicode, FirstUnitOfAPairIsItsHighSurrogate) {
 }
 
 TEST(Unicode, MacOSRoman) {
-    const struct {
-        const char* text;
-        std::optional<std::string> bytes;
-    } rows[] = {
-        {"quit", "quit"},
-        {"Äpfel", "\x80pfel"},
-        {"ˇ", "\xFF"},
-        {"€π∞", "\xDB\xB9\xB0"},
-        {"quit✓", std::nullopt},
-        {"\xFF", std::nullopt},
-    };
-    for (const auto& row : rows)
-        EXPECT_EQ(macOSRoman(row.text), row.bytes) << row.text;
+    EXPECT_EQ(macOSRoman("Äpfel"), "\x80pfel");
+    EXPECT_EQ(macOSRoman("ˇ€π∞"), "\xFF\xDB\xB9\xB0");
+    EXPECT_EQ(macOSRoman("quit✓"), std::nullopt);
+    EXPECT_EQ(macOSRoman("\xFF"), std::nullopt);
 }
 
 } // namespace

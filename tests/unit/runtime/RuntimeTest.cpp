@@ -18,93 +18,85 @@ using namespace kw;
 
 // --- Associated values
 
+/// Counts its death, and associates another with its owner then, if it has one.
 struct Value : NSObject {
-    explicit Value(std::vector<std::string>& log, NSObject* comesBackTo = nullptr)
-        : deaths(log)
+    explicit Value(int& count, NSObject* comesBackTo = nullptr)
+        : deaths(count)
         , owner(comesBackTo) { }
     ~Value() override {
-        deaths.emplace_back("value");
+        ++deaths;
         if (owner)
-            associateValue(*owner, std::make_shared<NSObject>(), this);
+            associateValue(*owner, std::make_shared<Value>(deaths), this);
     }
-    std::vector<std::string>& deaths;
+    int& deaths;
     NSObject* owner;
 };
 
 TEST(AssociatedValues, AreKeptUntilReplacedRemovedOrOrphaned) {
-    std::vector<std::string> deaths;
-    static const char key = 0, otherKey = 0;
+    int deaths = 0;
+    const std::string key = "key", other = "key"; // compared by address
     {
         NSObject owner;
         EXPECT_EQ(associatedValueForKey(owner, &key), nullptr);
         associateValue(owner, std::make_shared<Value>(deaths), &key);
-        associateValue(owner, std::make_shared<Value>(deaths), &otherKey);
+        associateValue(owner, std::make_shared<Value>(deaths), &other);
         EXPECT_NE(associatedValueForKey<Value>(owner, &key), nullptr);
-        EXPECT_NE(associatedValueForKey(owner, &key), associatedValueForKey(owner, &otherKey));
-        EXPECT_TRUE(deaths.empty());
+        EXPECT_NE(associatedValueForKey(owner, &key), associatedValueForKey(owner, &other));
+        EXPECT_EQ(deaths, 0);
         associateValue(owner, std::make_shared<NSObject>(), &key);
-        EXPECT_EQ(deaths.size(), 1u);
+        EXPECT_EQ(deaths, 1);
         EXPECT_EQ(associatedValueForKey<Value>(owner, &key), nullptr); // there, but no Value
         associateValue(owner, nullptr, &key);
         EXPECT_EQ(associatedValueForKey(owner, &key), nullptr);
     }
-    EXPECT_EQ(deaths.size(), 2u);
-}
-
-TEST(AssociatedValues, KeysAreComparedByAddress) {
-    NSObject owner;
-    const std::string one = "key", other = "key";
-    associateValue(owner, std::make_shared<NSObject>(), one.data());
-    EXPECT_EQ(associatedValueForKey(owner, other.data()), nullptr);
+    EXPECT_EQ(deaths, 2);
 }
 
 TEST(AssociatedValues, WeakOnesAreNeitherKeptNorForgotten) {
     NSObject owner;
-    static const char key = 0;
     auto value = std::make_shared<NSObject>();
     NSObject* const address = value.get();
-    weaklyAssociateValue(owner, address, &key);
+    weaklyAssociateValue(owner, address, &owner);
     EXPECT_EQ(value.use_count(), 1);
-    EXPECT_EQ(associatedValueForKey(owner, &key).get(), address);
     value.reset();
-    EXPECT_EQ(associatedValueForKey(owner, &key).get(), address);
-    weaklyAssociateValue(owner, nullptr, &key);
-    EXPECT_EQ(associatedValueForKey(owner, &key), nullptr);
+    EXPECT_EQ(associatedValueForKey(owner, &owner).get(), address);
+    weaklyAssociateValue(owner, nullptr, &owner);
+    EXPECT_EQ(associatedValueForKey(owner, &owner), nullptr);
 }
 
-TEST(AssociatedValues, AValueThatDiesMayComeBackToItsOwner) {
-    std::vector<std::string> deaths;
-    static const char key = 0;
+TEST(AssociatedValues, AValueThatDiesMayAssociateAnother) {
+    int deaths = 0;
     {
         NSObject owner;
-        associateValue(owner, std::make_shared<Value>(deaths, &owner), &key);
-        associateValue(owner, nullptr, &key); // associates another while it dies
-        associateValue(owner, std::make_shared<Value>(deaths, &owner), &key);
+        associateValue(owner, std::make_shared<Value>(deaths, &owner), &deaths);
+        associateValue(owner, nullptr, &deaths);
+        associateValue(owner, std::make_shared<Value>(deaths, &owner), &deaths);
     } // and so while the owner dies
-    EXPECT_EQ(deaths.size(), 2u);
+    EXPECT_EQ(deaths, 4);
 }
 
 // --- Exchanged methods
 
 class Animal : public NSObject {
 public:
-    static Class& classObject() {
-        static Class object("Animal", NSObject::classObject(), {});
-        return object;
-    }
-    Class& isa() const override { return *cls; }
-    Class* cls = &classObject();
+    explicit Animal(Class& cls)
+        : m_class(cls) { }
+    Class& isa() const override { return m_class; }
+
+private:
+    Class& m_class;
 };
 
 class Dog : public Animal {
 public:
+    using Animal::Animal;
     int bark() const { return loudness; }
     int loudness = 7;
 };
 
 /// Fresh classes for each test: Base (speak, walk, count:) < Derived (run, guard).
 struct SwizzleTest : testing::Test {
-    Class base {"Base", Animal::classObject(),
+    Class base {"Base", NSObject::classObject(),
         {
             method("speak", [](Animal&) { return 1; }),
             method("walk", [](Animal&) { return 2; }),
@@ -117,20 +109,19 @@ struct SwizzleTest : testing::Test {
         }};
 
     static int ask(Class& cls, const char* message) {
-        Dog dog;
-        dog.cls = &cls;
+        Dog dog(cls);
         return send<int>(dog, SEL(message));
     }
 };
 
 TEST_F(SwizzleTest, OwnMethodsAreExchangedForSubclassesToo) {
-    swapMethod(base, SEL("speak"), SEL("walk"));
-    for (Class* cls : {&base, &derived}) {
-        EXPECT_EQ(ask(*cls, "speak"), 2);
-        EXPECT_EQ(ask(*cls, "walk"), 1);
+    for (const int speaks : {2, 1}) {
+        swapMethod(base, SEL("speak"), SEL("walk"));
+        for (Class* cls : {&base, &derived}) {
+            EXPECT_EQ(ask(*cls, "speak"), speaks);
+            EXPECT_EQ(ask(*cls, "walk"), 3 - speaks);
+        }
     }
-    swapMethod(base, SEL("speak"), SEL("walk"));
-    EXPECT_EQ(ask(derived, "speak"), 1);
 }
 
 TEST_F(SwizzleTest, AnInheritedFirstMethodLeavesTheSuperclassAlone) {
@@ -140,7 +131,6 @@ TEST_F(SwizzleTest, AnInheritedFirstMethodLeavesTheSuperclassAlone) {
     EXPECT_EQ(ask(base, "speak"), 1);
     EXPECT_EQ(base.instanceMethod(SEL("run")), nullptr);
 
-    swapMethod(derived, SEL("count:"), SEL("count:"));
     swapMethod(derived, SEL("walk"), SEL("speak")); // walk inherited, speak by now its own
     EXPECT_EQ(ask(derived, "walk"), 3);
     EXPECT_EQ(ask(derived, "speak"), 2);
@@ -157,12 +147,11 @@ TEST_F(SwizzleTest, AnInheritedSecondMethodIsExchangedWhereItIsDefined) {
 TEST_F(SwizzleTest, CodeThatMeetsAnObjectOfAnotherClassIsAnError) {
     swapMethod(derived, SEL("guard"), SEL("walk"));
     EXPECT_EQ(ask(derived, "walk"), 7);
-    Animal cat; // has walk, which is now a dog's
-    cat.cls = &base;
+    Animal cat(base); // has walk, which is now a dog's
     EXPECT_THROW(send<int>(cat, SEL("walk")), NSException);
 }
 
-TEST_F(SwizzleTest, MismatchedEncodingsAreAnAssertionFailure) {
+TEST_F(SwizzleTest, WhatDoesNotFitIsAnErrorAndExchangesNothing) {
     HeadlessConsole console;
     const ServiceScope scope(console);
     try {
@@ -175,36 +164,24 @@ TEST_F(SwizzleTest, MismatchedEncodingsAreAnAssertionFailure) {
     EXPECT_EQ(console.lines(),
         std::vector<std::string> {
             "*** Assertion failure in +[Base swapMethod:with:], NSObject+Swizzle:19"});
+    EXPECT_THROW(swapMethod(base, SEL("speak"), SEL("fly")), NSException);
+    EXPECT_THROW(swapMethod(base, SEL(), SEL("speak")), NSException);
     EXPECT_EQ(ask(base, "speak"), 1);
 }
 
 TEST_F(SwizzleTest, AHandlerThatReturnsLetsTheExchangeGoAhead) {
-    struct Handler : NSAssertionHandler {
-        void handleFailure(const AssertionFailure& failure) override { seen = failure; }
-        AssertionFailure seen;
+    struct : NSAssertionHandler {
+        void handleFailure(const AssertionFailure&) override { }
     } handler;
-    {
-        const NSAssertionHandler::Scope scope(handler);
-        swapMethod(base, SEL("speak"), SEL("count:"));
-    }
-    EXPECT_EQ(handler.seen.method, SEL("swapMethod:with:"));
-    EXPECT_EQ(handler.seen.className, "Base");
-    EXPECT_EQ(handler.seen.file, "NSObject+Swizzle");
-    EXPECT_EQ(handler.seen.line, 19);
+    const NSAssertionHandler::Scope scope(handler);
+    swapMethod(base, SEL("speak"), SEL("count:"));
 
     // Messages are checked against the code they meet, not against the entry's encoding.
-    Animal animal;
-    animal.cls = &base;
+    Animal animal(base);
     EXPECT_EQ(send<int>(animal, SEL("speak"), 5), 5);
     EXPECT_THROW(send<int>(animal, SEL("speak")), NSException);
     EXPECT_EQ(send<int>(animal, SEL("count:")), 1);
     EXPECT_EQ(base.instanceMethod(SEL("speak"))->typeEncoding, "i@:");
-}
-
-TEST_F(SwizzleTest, UnknownSelectorsAreAnError) {
-    EXPECT_THROW(swapMethod(base, SEL("speak"), SEL("fly")), NSException);
-    EXPECT_THROW(swapMethod(base, SEL(), SEL("speak")), NSException);
-    EXPECT_EQ(ask(base, "speak"), 1);
 }
 
 // --- Delayed blocks
@@ -218,8 +195,6 @@ TEST(RunAfterDelay, RunsOnceAfterTheDelayNeverWithinTheCall) {
     RunAfterDelay([&] { order += 'a'; }, 0);
     RunAfterDelay(nullptr, 0);
     EXPECT_EQ(order, "");
-    loop.runOnce(0);
-    EXPECT_EQ(order, "a");
     loop.advance(1.4);
     EXPECT_EQ(order, "a");
     loop.advance(5);
