@@ -51,7 +51,9 @@ public:
     /// process's mask. 0, or the negative result of the failed open, which leaves no file.
     ///
     /// Deliberate: a new channel's descriptor is 0, and the call closes the former descriptor
-    /// first, so a channel's first file closes the process's standard input.
+    /// first, so a channel's first file closes the process's standard input, or whatever has that
+    /// number by then. (That may be another channel's file, which keeps getting that channel's
+    /// messages all the same.)
     std::int32_t setLogFile(const std::string& path);
 
     /// The descriptor of the file: 0 at first, negative after a failed `setLogFile`.
