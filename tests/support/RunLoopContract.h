@@ -84,12 +84,12 @@ TEST_P(RunLoopContract, LoopsNestAndStopTheInnermost) {
             loop->stop();
         });
         loop->run();
+        // What was scheduled before the inner loop began happens in it, too.
+        schedule([this] { loop->run(); });
+        schedule(stop());
+        loop->callAfter(0.001, stop());
+        loop->run();
     }
-    // What was scheduled before the inner loop began happens in it, too.
-    loop->callAfter(0, [this] { loop->run(); });
-    loop->callAfter(0, stop());
-    loop->callAfter(0.001, stop());
-    loop->run();
     EXPECT_THAT(log, testing::ElementsAre("inner", "outer", "inner", "outer"));
 }
 

@@ -4,6 +4,7 @@
 
 #include <KWToolkitQt/Guarded.h>
 
+#include <QAbstractEventDispatcher>
 #include <QSocketNotifier>
 #include <QThread>
 
@@ -80,6 +81,8 @@ void QtRunLoop::run() {
         return;
     QEventLoop loop;
     m_running.push_back(&loop);
+    // Where this is within a performed task, Qt would not look for those performed before.
+    QAbstractEventDispatcher::instance()->wakeUp();
     loop.exec();
     m_running.pop_back();
 }
