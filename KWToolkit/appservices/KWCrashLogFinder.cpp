@@ -7,6 +7,8 @@
 #include <KWToolkit/platform/foundation/NSPathUtilities.h>
 #include <KWToolkit/platform/foundation/NSUserDefaults.h>
 
+#include <tuple>
+
 namespace kw {
 
 std::optional<std::string> KWCrashLogFinder::lastCrashReportPath() {
@@ -20,7 +22,8 @@ std::optional<std::string> KWCrashLogFinder::lastCrashReportPath() {
     NSUserDefaults defaults = NSUserDefaults::standardUserDefaults();
     if (defaults.stringForKey(lastNameKey) == name)
         return std::nullopt;
-    defaults.setObject(name, lastNameKey);
+    // A report whose name cannot be kept is handed out all the same, and again.
+    std::ignore = defaults.setObject(name, lastNameKey);
     return path;
 }
 

@@ -58,7 +58,7 @@ QString pathInHome(const QString& path) {
 
 /// The last lines of a file, as far as they are in its last 16 KiB, so that its size costs nothing.
 QStringList lastLines(const QString& path) {
-    constexpr qint64 room = 16 * 1024;
+    constexpr qint64 room = 16'384;
     constexpr qsizetype count = 8;
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
@@ -286,7 +286,8 @@ void LoggingPage::steps(Tour& tour) {
         tour.click(button(Level::critical));
         tour.click(button(Level::error));
     });
-    tour.expect("standard output of alert, critical and error", "BothBoth", [&] { return output; });
+    tour.expect("standard output of alert, critical and error", "BothBoth",
+        [&] { return QString(output); });
     tour.takePicture("logging-5-mirrored");
 
     tour.click(*m_crash);

@@ -8,9 +8,9 @@ namespace kw {
 
 class HeadlessSystemLog::Client final : public SystemLogClient {
 public:
-    Client(HeadlessSystemLog& systemLog, const std::string& sender)
+    Client(HeadlessSystemLog& systemLog, std::string sender)
         : m_log(systemLog)
-        , m_sender(sender) { }
+        , m_sender(std::move(sender)) { }
     ~Client() override { m_log.note("close " + m_sender); }
 
     void log(SystemLogLevel level, std::string_view message) override {

@@ -8,7 +8,6 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <link.h>
-#include <signal.h>
 #include <sys/prctl.h>
 #include <sys/syscall.h>
 #include <sys/utsname.h>
@@ -21,6 +20,7 @@
 #include <cerrno>
 #include <charconv>
 #include <chrono>
+#include <csignal>
 #include <cstdint>
 #include <ctime>
 #include <filesystem>
@@ -60,9 +60,7 @@ std::atomic<pid_t> crashedThread = 0;
 class Text {
 public:
     Text& operator<<(std::string_view text) {
-        const std::size_t count = std::min(text.size(), m_room.size() - m_size);
-        std::copy_n(text.data(), count, m_room.data() + m_size);
-        m_size += count;
+        m_size += text.copy(m_room.data() + m_size, m_room.size() - m_size);
         return *this;
     }
     Text& operator<<(std::uint64_t number) { return put(number, 10, 1); }
@@ -137,6 +135,7 @@ void writeFrame(int file, std::size_t number, std::uintptr_t address, const Prep
     Text line;
     line << number << " ";
     dl_find_object module {};
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the unwinder has addresses as numbers
     if (::_dl_find_object(reinterpret_cast<void*>(address), &module) == 0) {
         std::string_view path = module.dlfo_link_map->l_name;
         if (path.empty())
@@ -238,7 +237,7 @@ std::error_code useSignalStack() {
     stack_t former {};
     if (::sigaltstack(nullptr, &former) == 0 && (former.ss_flags & SS_DISABLE) == 0)
         return {}; // the host has made one
-    constexpr std::size_t size = 64 * 1024;
+    constexpr std::size_t size = 65'536;
     static auto& room = *new std::array<char, size>;
     const stack_t stack {.ss_sp = room.data(), .ss_flags = 0, .ss_size = room.size()};
     if (::sigaltstack(&stack, nullptr) != 0)

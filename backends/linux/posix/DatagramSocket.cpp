@@ -69,7 +69,7 @@ bool DatagramSocket::connect() {
     if (descriptor < 0 || errno == EBADF || errno == ENOTSOCK || errno == EPROTOTYPE
         || errno == EISCONN || errno == EAFNOSUPPORT) {
         descriptor = openedAnewUnless(descriptor);
-        return ::connect(descriptor, address, sizeof m_address) == 0;
+        return descriptor >= 0 && ::connect(descriptor, address, sizeof m_address) == 0;
     }
     return false;
 }

@@ -97,7 +97,7 @@ void fill(LogOrigin& origin, std::time_t now, pid_t process) {
 } // namespace
 
 const LogOrigin& logOrigin(std::time_t now) {
-    thread_local LogOrigin origin;
+    static thread_local LogOrigin origin;
     const pid_t process = Process::shared().id();
     if (origin.second != now || origin.process != process)
         fill(origin, now, process);
