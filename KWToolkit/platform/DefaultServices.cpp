@@ -49,6 +49,11 @@ std::unique_ptr<Workspace> makeDefaultService() {
 }
 
 template <>
+std::unique_ptr<UrlEventService> makeDefaultService() {
+    return std::make_unique<ArgumentUrlEventService>();
+}
+
+template <>
 std::unique_ptr<RunLoop> makeDefaultService() {
     return std::make_unique<StandardRunLoop>();
 }

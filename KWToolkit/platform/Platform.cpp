@@ -29,6 +29,8 @@ std::unique_ptr<SystemLog> makeDefaultService();
 template <>
 std::unique_ptr<Workspace> makeDefaultService();
 template <>
+std::unique_ptr<UrlEventService> makeDefaultService();
+template <>
 std::unique_ptr<RunLoop> makeDefaultService();
 
 // These need nothing but the standard library, so every build has the same.
@@ -89,6 +91,7 @@ template struct ServiceSlot<SearchPaths>;
 template struct ServiceSlot<FileSystem>;
 template struct ServiceSlot<SystemLog>;
 template struct ServiceSlot<Workspace>;
+template struct ServiceSlot<UrlEventService>;
 template struct ServiceSlot<Clock>;
 template struct ServiceSlot<Console>;
 template struct ServiceSlot<RunLoop>;
@@ -103,6 +106,7 @@ SearchPaths& Platform::searchPaths() { return detail::ServiceSlot<SearchPaths>::
 FileSystem& Platform::fileSystem() { return detail::ServiceSlot<FileSystem>::inUse(); }
 SystemLog& Platform::systemLog() { return detail::ServiceSlot<SystemLog>::inUse(); }
 Workspace& Platform::workspace() { return detail::ServiceSlot<Workspace>::inUse(); }
+UrlEventService& Platform::urlEvents() { return detail::ServiceSlot<UrlEventService>::inUse(); }
 Clock& Platform::clock() { return detail::ServiceSlot<Clock>::inUse(); }
 Console& Platform::console() { return detail::ServiceSlot<Console>::inUse(); }
 RunLoop& Platform::runLoop() { return detail::ServiceSlot<RunLoop>::inUse(); }

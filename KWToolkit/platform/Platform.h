@@ -13,6 +13,7 @@
 #include <KWToolkit/platform/services/RunLoop.h>
 #include <KWToolkit/platform/services/SearchPaths.h>
 #include <KWToolkit/platform/services/SystemLog.h>
+#include <KWToolkit/platform/services/UrlEventService.h>
 #include <KWToolkit/platform/services/Workspace.h>
 
 #include <functional>
@@ -32,6 +33,7 @@ public:
     static FileSystem& fileSystem();
     static SystemLog& systemLog();
     static Workspace& workspace();
+    static UrlEventService& urlEvents();
     static Clock& clock();
     static Console& console();
     /// The calling thread's loop. Other services have one instance a process, this one a thread.
@@ -69,6 +71,7 @@ extern template struct ServiceSlot<SearchPaths>;
 extern template struct ServiceSlot<FileSystem>;
 extern template struct ServiceSlot<SystemLog>;
 extern template struct ServiceSlot<Workspace>;
+extern template struct ServiceSlot<UrlEventService>;
 extern template struct ServiceSlot<Clock>;
 extern template struct ServiceSlot<Console>;
 extern template struct ServiceSlot<RunLoop>;
@@ -82,6 +85,7 @@ SearchPaths& portOf(SearchPaths&);
 FileSystem& portOf(FileSystem&);
 SystemLog& portOf(SystemLog&);
 Workspace& portOf(Workspace&);
+UrlEventService& portOf(UrlEventService&);
 Clock& portOf(Clock&);
 Console& portOf(Console&);
 RunLoop& portOf(RunLoop&);

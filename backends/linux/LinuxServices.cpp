@@ -4,6 +4,8 @@
 #include <KWToolkit/platform/DefaultServices.h>
 
 #include <KWToolkit/platform/Platform.h>
+#include <backends/linux/dbus/DBusUrlEventService.h>
+#include <backends/linux/dbus/PortalWorkspace.h>
 #include <backends/linux/posix/PollRunLoop.h>
 #include <backends/linux/posix/PosixFileSystem.h>
 #include <backends/linux/posix/PosixSystemLog.h>
@@ -53,7 +55,14 @@ std::unique_ptr<SystemLog> makeDefaultService() {
 
 template <>
 std::unique_ptr<Workspace> makeDefaultService() {
+    if (PortalWorkspace::isSandboxed())
+        return std::make_unique<PortalWorkspace>();
     return std::make_unique<XdgWorkspace>();
+}
+
+template <>
+std::unique_ptr<UrlEventService> makeDefaultService() {
+    return std::make_unique<DBusUrlEventService>();
 }
 
 template <>

@@ -19,6 +19,12 @@ std::string methodName(const NSObject& receiver, SEL selector) {
     return "-[" + receiver.isa().name() + " " + selector.name() + "]";
 }
 
+std::string addressText(const NSObject& object) {
+    char address[32];
+    std::snprintf(address, sizeof address, "%p", static_cast<const void*>(&object));
+    return address;
+}
+
 std::string readableTypeName(const char* typeName) {
     int status = 0;
     const std::unique_ptr<char, decltype(&std::free)> readable(
@@ -37,15 +43,18 @@ Class& NSObject::classObject() {
 
 Class& NSObject::isa() const { return classObject(); }
 
+std::string NSObject::description() const {
+    return "<" + isa().name() + ": " + addressText(*this) + ">";
+}
+
 void NSObject::performSelector(SEL selector) { send(*this, selector); }
 
 namespace detail {
 
 void throwUnrecognizedSelector(const NSObject& receiver, SEL selector) {
-    char address[32];
-    std::snprintf(address, sizeof address, "%p", static_cast<const void*>(&receiver));
     throw NSException(NSInvalidArgumentException,
-        methodName(receiver, selector) + ": unrecognized selector sent to instance " + address);
+        methodName(receiver, selector) + ": unrecognized selector sent to instance "
+            + addressText(receiver));
 }
 
 void throwSignatureMismatch(const NSObject& receiver, SEL selector,

@@ -8,6 +8,7 @@
 
 #include <atomic>
 #include <memory>
+#include <string>
 
 namespace kw {
 
@@ -53,6 +54,9 @@ public:
     virtual Class& isa() const;
 
     bool isKindOfClass(const Class& cls) const { return isa().isSubclassOfClass(cls); }
+
+    /// What the object is called in texts for developers: "<Player: 0x55d0c8a2b2c0>".
+    virtual std::string description() const;
 
     /// Whether the object has a method of this name, its own or inherited.
     bool respondsToSelector(SEL selector) const {

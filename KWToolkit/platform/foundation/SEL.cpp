@@ -7,13 +7,33 @@
 
 namespace kw {
 
-SEL::SEL(std::string_view name) {
-    // Never destroyed: selectors are used in static destructors. Sets do not move their elements.
-    static auto& mutex = *new std::mutex;
-    static auto& names = *new std::unordered_set<std::string>;
+namespace {
 
-    const std::lock_guard lock(mutex);
-    m_name = &*names.emplace(name).first;
+struct Names {
+    std::mutex mutex;
+    std::unordered_set<std::string> set; // which does not move its elements
+};
+
+// Never destroyed: selectors are used in static destructors.
+Names& names() {
+    static auto& value = *new Names;
+    return value;
+}
+
+} // namespace
+
+SEL::SEL(std::string_view name) {
+    const std::lock_guard lock(names().mutex);
+    m_name = &*names().set.emplace(name).first;
+}
+
+SEL SEL::existing(std::string_view name) {
+    const std::lock_guard lock(names().mutex);
+    const auto found = names().set.find(std::string(name));
+    SEL selector;
+    if (found != names().set.end())
+        selector.m_name = &*found;
+    return selector;
 }
 
 const std::string& SEL::name() const {

@@ -24,6 +24,10 @@ public:
     /// The selector of `name`. An empty name is a name like any other.
     explicit SEL(std::string_view name);
 
+    /// The selector of `name` if there is one in the process already, else no selector. For names
+    /// that come from elsewhere: selectors live until the process ends.
+    static SEL existing(std::string_view name);
+
     /// The name, empty for no selector.
     const std::string& name() const;
 

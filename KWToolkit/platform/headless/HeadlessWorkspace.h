@@ -5,6 +5,7 @@
 #include <KWToolkit/platform/services/Workspace.h>
 
 #include <map>
+#include <vector>
 
 namespace kw {
 
@@ -16,7 +17,13 @@ public:
         return found == applications.end() ? std::nullopt : std::optional(found->second);
     }
 
+    bool openURL(const std::string& url) override {
+        openedURLs.push_back(url);
+        return true;
+    }
+
     std::map<std::string, std::string> applications; ///< identifier to path
+    std::vector<std::string> openedURLs;
 };
 
 } // namespace kw

@@ -82,6 +82,93 @@ std::optional<std::string> DesktopEntry::localizedString(
     return string(group, key);
 }
 
+void DesktopEntry::setValue(
+    std::string_view group, std::string_view key, const std::string& value) {
+    const std::string line = std::string(key) + "=" + value + "\n";
+    auto found = std::ranges::find(m_groups, group, &Group::name);
+    if (found == m_groups.end()) {
+        // A last line without an end would run into the header.
+        if (!text().empty() && text().back() != '\n')
+            m_groups.back().lines.push_back({.text = "\n"});
+        m_groups.push_back({.name = std::string(group),
+            .lines = {{.text = "[" + std::string(group) + "]\n"}}});
+        found = m_groups.end() - 1;
+    }
+    auto& lines = found->lines;
+    const auto former = std::ranges::find(lines, key, &Line::key);
+    if (former != lines.end()) {
+        *former = {line, std::string(key), value};
+        return;
+    }
+    auto end = lines.end();
+    while (end != lines.begin() && withoutEnd((end - 1)->text).empty())
+        --end;
+    if (end != lines.begin() && (end - 1)->text.back() != '\n')
+        (end - 1)->text += '\n';
+    lines.insert(end, {line, std::string(key), value});
+}
+
+void DesktopEntry::removeKey(std::string_view group, std::string_view key) {
+    for (Group& candidate : m_groups) {
+        if (candidate.name == group)
+            std::erase_if(candidate.lines, [&](const Line& line) { return line.key == key; });
+    }
+}
+
+std::vector<std::string> DesktopEntry::list(std::string_view value) {
+    std::vector<std::string> parts;
+    std::string part;
+    for (std::size_t i = 0; i < value.size(); ++i) {
+        if (value[i] == '\\' && i + 1 < value.size() && value[i + 1] == ';') {
+            part += ';';
+            ++i;
+        } else if (value[i] == ';') {
+            parts.push_back(std::exchange(part, {}));
+        } else {
+            part += value[i];
+        }
+    }
+    if (!part.empty())
+        parts.push_back(std::move(part));
+    return parts;
+}
+
+std::string DesktopEntry::listValue(const std::vector<std::string>& parts) {
+    std::string value;
+    for (const std::string& part : parts) {
+        for (const char character : part)
+            value.append(character == ';' ? "\\" : "") += character;
+        value += ';';
+    }
+    return value;
+}
+
+std::string escapedDesktopString(std::string_view text) {
+    constexpr std::string_view characters = "\n\t\r\\";
+    std::string value;
+    for (const char character : text) {
+        const auto letter = characters.find(character);
+        if (letter == characters.npos)
+            value += character;
+        else
+            (value += '\\') += "ntr\\"[letter];
+    }
+    // A blank at the beginning would not be part of the value.
+    return value.starts_with(' ') ? "\\s" + value.substr(1) : value;
+}
+
+std::string quotedExecArgument(std::string_view argument) {
+    constexpr std::string_view reserved = " \t\n\"'\\><~|&;$*?#()`";
+    const bool isQuoted = argument.empty() || argument.find_first_of(reserved) != argument.npos;
+    std::string quoted;
+    for (const char character : argument) {
+        if (std::string_view("\"`$\\").find(character) != std::string_view::npos)
+            quoted += '\\';
+        quoted.append(character == '%' ? 2 : 1, character);
+    }
+    return isQuoted ? "\"" + quoted + "\"" : quoted;
+}
+
 std::string unescapedDesktopString(std::string_view value) {
     constexpr std::string_view letters = "sntr\\";
     std::string text;

@@ -32,6 +32,16 @@ public:
     std::optional<std::string> localizedString(
         std::string_view group, std::string_view key, std::string_view locale) const;
 
+    /// Puts the value, which has its escapes already, in the place of the key's, or after what the
+    /// group holds. Makes the group, too.
+    void setValue(std::string_view group, std::string_view key, const std::string& value);
+    /// Takes every line with the key out of the group.
+    void removeKey(std::string_view group, std::string_view key);
+
+    /// The parts of a value that is a list, in which ";" ends each part and "\\;" is a part's own.
+    static std::vector<std::string> list(std::string_view value);
+    static std::string listValue(const std::vector<std::string>& parts);
+
 private:
     struct Line {
         std::string text; ///< with its end
@@ -48,6 +58,12 @@ private:
 
 /// Puts characters in place of \s, \n, \t, \r and \\. Any other backslash stays.
 KW_EXPORT std::string unescapedDesktopString(std::string_view value);
+
+/// The text as the value of a key whose type is a string.
+KW_EXPORT std::string escapedDesktopString(std::string_view text);
+
+/// The text as an argument in a command line, quoted where it has to be. Not escaped as a string.
+KW_EXPORT std::string quotedExecArgument(std::string_view argument);
 
 /// One argument of a command line.
 struct ExecArgument {

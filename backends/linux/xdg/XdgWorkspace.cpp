@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include <backends/linux/xdg/XdgWorkspace.h>
 
+#include <backends/linux/posix/DetachedProcess.h>
 #include <backends/linux/xdg/ApplicationFolder.h>
 #include <backends/linux/xdg/BaseFolders.h>
 
@@ -101,6 +102,11 @@ std::optional<fs::path> executable(const std::string& program, const std::string
 XdgWorkspace::XdgWorkspace(Environment environment, std::string sharedApplications)
     : m_environment(std::move(environment))
     , m_sharedApplications(std::move(sharedApplications)) { }
+
+bool XdgWorkspace::openURL(const std::string& url) {
+    // What begins with a dash would be an option, and is no URL.
+    return !url.starts_with('-') && !startDetached({"xdg-open", url});
+}
 
 std::optional<std::string> XdgWorkspace::applicationPath(const std::string& identifier) {
     if (identifier.empty()

@@ -15,12 +15,14 @@ namespace kw {
 ///    "a/b.desktop" is "a-b". The first there is decides, so one with Hidden=true hides others. The
 ///    answer is the program that its TryExec, else its Exec starts, looked for in PATH, or the
 ///    folder "Name.app" in which that lies; nothing where it cannot be executed.
-class KW_EXPORT XdgWorkspace final : public Workspace {
+class KW_EXPORT XdgWorkspace : public Workspace {
 public:
     explicit XdgWorkspace(Environment environment = processEnvironment,
         std::string sharedApplications = "/Applications");
 
     std::optional<std::string> applicationPath(const std::string& identifier) override;
+    /// With xdg-open, which is not waited for.
+    bool openURL(const std::string& url) override;
 
 private:
     Environment m_environment;
