@@ -17,3 +17,7 @@
 #include <KWToolkit/runtime/NSObject+BlocksAdditions.h>
 #include <KWToolkit/runtime/NSObject+OBAssociatedObjects.h>
 #include <KWToolkit/runtime/NSObject+Swizzle.h>
+#include <KWToolkit/url/KWUrlDelegateHelper.h>
+#include <KWToolkit/url/NSDictionary+GTMNSDictionaryURLArgumentsAdditions.h>
+#include <KWToolkit/url/NSString+GTMNSStringURLArgumentsAdditions.h>
+#include <KWToolkit/url/NSURL+Encode.h>

@@ -29,5 +29,6 @@ private:
 
 inline constexpr const char* NSInvalidArgumentException = "NSInvalidArgumentException";
 inline constexpr const char* NSInternalInconsistencyException = "NSInternalInconsistencyException";
+inline constexpr const char* NSRangeException = "NSRangeException";
 
 } // namespace kw

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <KWToolkit/platform/Export.h>
+
 #include <concepts>
 #include <cstdint>
 #include <map>
@@ -54,5 +56,9 @@ public:
 private:
     std::variant<bool, std::int64_t, double, std::string, PropertyList, PropertyMap> m_value;
 };
+
+/// As text: strings as they are, integers in decimal, real numbers in their shortest form ("3",
+/// "0.1", "1e+21"), booleans as "1" and "0", lists as "(1, two)" and maps as "{a = 1; b = two;}".
+KW_EXPORT std::string description(const PropertyValue& value);
 
 } // namespace kw

@@ -21,6 +21,9 @@ KW_EXPORT void appendUnit(std::string& utf8, char16_t unit);
 /// or does not begin with a valid sequence.
 KW_EXPORT std::optional<char32_t> takeCodePoint(std::string_view& utf8);
 
+/// Whether all of the text is valid UTF-8 as `takeCodePoint` knows it. Empty text is.
+KW_EXPORT bool isValidUTF8(std::string_view text);
+
 /// The first UTF-16 unit of the text; empty where there is none.
 KW_EXPORT std::optional<char16_t> firstUnit(std::string_view utf8);
 

@@ -44,6 +44,41 @@ TEST(Unicode, TakesOnlyValidSequences) {
     }
 }
 
+bool isValidByCharacters(std::string_view text) {
+    while (takeCodePoint(text)) { }
+    return text.empty();
+}
+
+TEST(Unicode, ValidTextIsOneOfValidCharacters) {
+    EXPECT_TRUE(isValidUTF8(""));
+    // Up to three bytes of each kind that the standard tells apart and their neighbours, and
+    // fourth bytes, at each place of what is worked on at once.
+    const std::string kinds =
+        "a\x7F\x80\x8F\x90\x9F\xA0\xBF\xC1\xC2\xDF\xE0\xE1\xEC\xED\xEE\xEF\xF0"
+        "\xF1\xF3\xF4\xF5\xFF";
+    const auto check = [](const std::string& bytes) {
+        EXPECT_EQ(isValidUTF8(bytes), isValidByCharacters(bytes)) << testing::PrintToString(bytes);
+    };
+    for (const char a : kinds) {
+        for (const char b : kinds) {
+            for (const char c : kinds) {
+                check({a, b, c});
+                check({a, b, c, '\x80'});
+                check({'\xF0', '\x90', a, b, c});
+            }
+        }
+    }
+    for (unsigned pair = 0; pair < 0x10000; ++pair)
+        check({static_cast<char>(pair >> 8), static_cast<char>(pair)});
+    for (const std::string character :
+        {"é", "€", "😀", "\x80", "\xC3", "\xE2\x82", "\xF0\x9F\x98"}) {
+        for (std::size_t before = 0; before < 70; ++before) {
+            for (const std::size_t after : {0, 1, 2, 3, 15, 40, 64})
+                check(std::string(before, 'h') + character + std::string(after, 't'));
+        }
+    }
+}
+
 TEST(Unicode, FirstUnitOfAPairIsItsHighSurrogate) {
     EXPECT_EQ(firstUnit("k"), u'k');
     EXPECT_EQ(firstUnit("😀"), char16_t {0xD83D});
