@@ -17,6 +17,8 @@
 #include <KWToolkit/runtime/NSObject+BlocksAdditions.h>
 #include <KWToolkit/runtime/NSObject+OBAssociatedObjects.h>
 #include <KWToolkit/runtime/NSObject+Swizzle.h>
+#include <KWToolkit/url/KWMailUtils.h>
+#include <KWToolkit/url/KWUrlDelegate.h>
 #include <KWToolkit/url/KWUrlDelegateHelper.h>
 #include <KWToolkit/url/NSDictionary+GTMNSDictionaryURLArgumentsAdditions.h>
 #include <KWToolkit/url/NSString+GTMNSStringURLArgumentsAdditions.h>

@@ -37,8 +37,8 @@ std::string information(const char* key) {
 
 void KWMailUtils::openMailWithReceiver(
     std::string_view receiver, std::string_view subject, std::string_view body) {
-    Platform::workspace().openURL("mailto:" + escaped(receiver) + "?SUBJECT=" + escaped(subject)
-        + "&BODY=" + escaped(body));
+    Platform::workspace().openURL(
+        "mailto:" + escaped(receiver) + "?SUBJECT=" + escaped(subject) + "&BODY=" + escaped(body));
 }
 
 void KWMailUtils::sendFeedBackEmailTo(std::string_view receiver) {

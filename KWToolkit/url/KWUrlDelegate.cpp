@@ -41,19 +41,23 @@ void KWUrlDelegate::urlDelegateManager(
 
 void KWUrlDelegate::dispatch(const std::string& url) const {
     std::vector<std::string> parameters = KWUrlDelegateHelper::parametersFromString(url);
-    const SEL selector = SEL::existing(parameters.front() + ":");
+    const std::string name = parameters.front() + ":";
     parameters.erase(parameters.begin());
     const auto listener = delegate();
+    if (!listener)
+        return;
+    // The class, made at the latest here, has made the selectors of all its methods.
+    const Class& cls = listener->isa();
+    const SEL selector = SEL::existing(name);
     // Deliberate: not a word about an unknown command.
-    if (listener && listener->respondsToSelector(selector))
+    if (cls.instanceMethod(selector))
         send(*listener, selector, std::move(parameters));
 }
 
 void KWUrlDelegate::reportFailure(const std::string& url, const char* reason) const {
     Console& console = Platform::console();
     const auto listener = delegate();
-    console.writeLine(
-        "error in the url management with url: " + url + " \nexception: " + reason);
+    console.writeLine("error in the url management with url: " + url + " \nexception: " + reason);
     console.writeLine("listener " + (listener ? listener->description() : "(null)"));
     static const SEL fallback("unhandledUrlCall:");
     if (!listener || !listener->respondsToSelector(fallback)) {

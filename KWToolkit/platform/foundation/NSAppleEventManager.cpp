@@ -45,7 +45,8 @@ void NSAppleEventManager::dispatchWaiting(Key key) {
         return;
     const NSAppleEventDescriptor event = std::move(handling.waiting.front());
     handling.waiting.pop_front();
-    // Ahead of the call: what comes meanwhile has to wait for the others, and the handler may throw.
+    // Ahead of the call: what comes meanwhile has to wait for the others, and the handler may
+    // throw.
     if (!handling.waiting.empty())
         Platform::runLoop().perform([this, key] { dispatchWaiting(key); });
     send(*handler, handling.selector, event, NSAppleEventDescriptor());

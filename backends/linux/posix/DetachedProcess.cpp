@@ -75,8 +75,7 @@ std::error_code startDetached(const std::vector<std::string>& arguments) {
     int status = 0;
     uninterrupted([&] { return ::waitpid(child, &status, 0); });
     int error = 0;
-    const auto count =
-        uninterrupted([&] { return ::read(output.get(), &error, sizeof error); });
+    const auto count = uninterrupted([&] { return ::read(output.get(), &error, sizeof error); });
     return count > 0 ? std::error_code(error, std::generic_category()) : std::error_code();
 }
 

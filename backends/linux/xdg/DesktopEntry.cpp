@@ -90,8 +90,8 @@ void DesktopEntry::setValue(
         // A last line without an end would run into the header.
         if (!text().empty() && text().back() != '\n')
             m_groups.back().lines.push_back({.text = "\n"});
-        m_groups.push_back({.name = std::string(group),
-            .lines = {{.text = "[" + std::string(group) + "]\n"}}});
+        m_groups.push_back(
+            {.name = std::string(group), .lines = {{.text = "[" + std::string(group) + "]\n"}}});
         found = m_groups.end() - 1;
     }
     auto& lines = found->lines;

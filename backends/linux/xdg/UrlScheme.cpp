@@ -33,7 +33,8 @@ std::optional<std::string> canonicalScheme(std::string scheme) {
     };
     for (char& c : scheme)
         c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
-    const bool isValid = !scheme.empty() && isLetter(scheme[0]) && std::ranges::all_of(scheme, isPart);
+    const bool isValid =
+        !scheme.empty() && isLetter(scheme[0]) && std::ranges::all_of(scheme, isPart);
     return isValid ? std::optional(std::move(scheme)) : std::nullopt;
 }
 
@@ -51,8 +52,8 @@ std::optional<Paths> paths() {
         || !folders.configHome)
         return std::nullopt;
     const std::string name = identifier + ".desktop";
-    return Paths {name, *folders.dataHome + "/applications/" + name,
-        *folders.configHome + "/mimeapps.list"};
+    return Paths {
+        name, *folders.dataHome + "/applications/" + name, *folders.configHome + "/mimeapps.list"};
 }
 
 /// Empty for a file that is not there.
@@ -100,7 +101,8 @@ bool takesURL(const DesktopEntry& entry, const std::string& programPath) {
     const auto arguments = exec ? splitExec(*exec) : std::nullopt;
     return arguments && !arguments->empty() && arguments->front().text == programPath
         && std::ranges::any_of(*arguments, [](const ExecArgument& argument) {
-               return !argument.fieldCodes.empty() && (argument.text == "%u" || argument.text == "%U");
+               return !argument.fieldCodes.empty()
+                   && (argument.text == "%u" || argument.text == "%U");
            });
 }
 
