@@ -5,6 +5,7 @@
 #include "HotkeysPage.h"
 #include "LoggingPage.h"
 #include "Page.h"
+#include "UrlPage.h"
 
 #include <QHBoxLayout>
 
@@ -16,6 +17,7 @@ namespace {
 const Page pages[] {
     {"Hotkeys", &HotkeysPage::make, &HotkeysPage::visit},
     {"Logging", &LoggingPage::make, &LoggingPage::visit},
+    {"URLs and mail", &UrlPage::make, &UrlPage::visit},
 };
 
 } // namespace

@@ -22,7 +22,7 @@ QVBoxLayout* pageLayout(QWidget& page, const QString& title) {
     return layout;
 }
 
-QGridLayout* factsLayout(std::initializer_list<std::pair<const char*, QWidget*>> facts) {
+QGridLayout* factsLayout(const std::vector<std::pair<const char*, QWidget*>>& facts) {
     auto* const layout = new QGridLayout;
     layout->setHorizontalSpacing(20);
     layout->setVerticalSpacing(14);

@@ -8,8 +8,8 @@
 #include <QString>
 #include <QVBoxLayout>
 
-#include <initializer_list>
 #include <utility>
+#include <vector>
 
 namespace gallery {
 
@@ -19,6 +19,6 @@ QLabel* label(const QString& text = {}, double scale = 1, bool isBold = false);
 QVBoxLayout* pageLayout(QWidget& page, const QString& title);
 
 /// Captions on the left, what they name on the right. What has a null caption gets the whole width.
-QGridLayout* factsLayout(std::initializer_list<std::pair<const char*, QWidget*>> facts);
+QGridLayout* factsLayout(const std::vector<std::pair<const char*, QWidget*>>& facts);
 
 } // namespace gallery

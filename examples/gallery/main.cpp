@@ -5,20 +5,27 @@
 #include "GalleryWindow.h"
 #include "Tour.h"
 
+#include <KWToolkit/platform/Platform.h>
 #include <KWToolkit/platform/foundation/NSBundle.h>
 
 #include <QApplication>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace {
 
 constexpr const char* usage =
-    "usage: gallery [--tour DIR]\n"
-    "Shows the toolkit's facilities. With --tour a script uses them, and leaves pictures and a\n"
+    "usage: gallery [URL...]\n"
+    "       gallery --tour DIR\n"
+    "Shows the toolkit's facilities. URLs go to the gallery that runs already, if there is one, "
+    "and\n"
+    "are shown on its page. With --tour a script uses them, and leaves pictures and a\n"
     "log in DIR; it exits with 1 if anything did not happen as expected.\n";
 
 int fail(const char* message) {
@@ -44,6 +51,7 @@ bool moveTo(const QTemporaryDir& home) {
     for (const char* const folder :
         {"XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"})
         qunsetenv(folder);
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:"); // a gallery may run there
     return QDir(home.path()).mkpath(".local/share");
 }
 
@@ -69,7 +77,8 @@ int main(int argc, char** argv) {
         return readNullPointer();
     }
     const bool isTour = argc == 3 && std::strcmp(argv[1], "--tour") == 0;
-    if (argc != 1 && !isTour)
+    const std::vector<std::string> urls(argv + 1, isTour ? argv + 1 : argv + argc);
+    if (std::ranges::any_of(urls, [](const std::string& url) { return url.starts_with('-'); }))
         return fail(usage);
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && !gallery::hasDisplay()) {
         if (!isTour)
@@ -82,6 +91,8 @@ int main(int argc, char** argv) {
     if (isTour && !moveTo(home.emplace()))
         return fail("gallery: there is no room for a temporary home\n");
     const QApplication application(argc, argv);
+    if (!urls.empty() && kw::Platform::urlEvents().receive(urls) == kw::UrlReception::elsewhere)
+        return 0;
     gallery::GalleryWindow window;
     window.resize(720, 520);
     window.show();
