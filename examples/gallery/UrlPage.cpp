@@ -81,8 +81,8 @@ UrlPage::UrlPage()
 
     std::vector<std::pair<const char*, QWidget*>> rows;
     for (const Transformation& transformation : transformations) {
-        m_results.push_back(label());
-        m_results.back()->setTextFormat(Qt::PlainText);
+        m_results.push_back(new QLineEdit);
+        m_results.back()->setReadOnly(true);
         rows.emplace_back(transformation.name, m_results.back());
     }
     auto* const layout = pageLayout(*this, "URLs and mail");
@@ -107,8 +107,10 @@ UrlPage::UrlPage()
 
 void UrlPage::transform() {
     const std::string text = m_text->text().toStdString();
-    for (std::size_t i = 0; i < m_results.size(); ++i)
+    for (std::size_t i = 0; i < m_results.size(); ++i) {
         m_results[i]->setText(shown(transformations[i].apply(text)));
+        m_results[i]->setCursorPosition(0);
+    }
 }
 
 void UrlPage::open(const std::string& url) {

@@ -4,7 +4,6 @@
 
 #include <KWToolkit/url/KWUrlDelegate.h>
 
-#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -47,7 +46,7 @@ private:
     kw::KWUrlDelegate m_dispatcher {m_listener};
 
     QLineEdit* m_text;
-    std::vector<QLabel*> m_results; ///< one for each transformation
+    std::vector<QLineEdit*> m_results; ///< one for each transformation
     QPushButton* m_link;
     QPushButton* m_broken;
     QPushButton* m_mail;

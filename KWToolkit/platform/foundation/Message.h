@@ -106,7 +106,7 @@ std::string encodingOfTravelType() {
     else if constexpr (std::is_same_v<T, double>)
         return "d";
     else
-        return std::string("{") + typeid(T).name() + "}";
+        return std::string("{").append(typeid(T).name()).append("}");
 }
 
 // Types are compared by the address of their signature, and by encoding only where those differ: a

@@ -119,6 +119,7 @@ public:
         sd_bus* bus = nullptr;
         if (sd_bus_open_user(&bus) < 0)
             return nullptr;
+        sd_bus_set_method_call_timeout(bus, answerTimeout); // a bus may hang, too
         return std::make_unique<Connection>(Bus(bus));
     }
 
