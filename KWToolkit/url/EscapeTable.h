@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <KWToolkit/url/Lanes.h>
+#include <KWToolkit/platform/foundation/Lanes.h>
 
 #include <algorithm>
 #include <array>
@@ -33,38 +33,40 @@ public:
         }
     }
 
-    /// Whether these three bytes are what a byte is escaped to.
+    /// Whether this is what the byte is escaped to.
     bool isEscape(std::string_view escape, char byte) const {
-        const Form form = std::bit_cast<Form>(m_forms[static_cast<unsigned char>(byte)]);
-        return escape == std::string_view(form.text, form.size);
+        const Form form = std::bit_cast<Form>(formOf(byte));
+        return escape.size() == 3 && escape == std::string_view(form.text, form.size);
     }
 
     std::size_t escapedSize(std::string_view text) const {
         return text.size() + 2 * countWithin(text, m_escaped);
     }
 
-    /// Appends the escaped text. A string with room for it is not allocated anew.
-    void append(std::string& result, std::string_view text) const {
+    /// Writes the escaped text, `escapedSize` bytes, and returns their end.
+    char* write(char* to, std::string_view text) const {
         // Which bytes are escaped is not to be guessed, and a wrong guess costs more than a dozen
         // bytes do. So each takes the same way: its form is stored whole, and what is too much of
-        // it is overwritten by the next.
-        constexpr std::size_t stride = 512;
-        char buffer[stride * 3 + 1];
-        for (; !text.empty(); text.remove_prefix(std::min(stride, text.size()))) {
-            char* end = buffer;
-            for (const char byte : text.substr(0, stride)) {
-                const Word form = m_forms[static_cast<unsigned char>(byte)];
-                std::memcpy(end, &form, sizeof form);
-                end += std::bit_cast<Form>(form).size;
+        // it is overwritten by the next. The last have no such room.
+        for (; text.size() >= 7; text.remove_prefix(4)) {
+            const Word forms[] {formOf(text[0]), formOf(text[1]), formOf(text[2]), formOf(text[3])};
+            std::size_t size = 0;
+            for (const Word form : forms) {
+                std::memcpy(to + size, &form, sizeof form);
+                size += sizeOf(form);
             }
-            result.append(buffer, end);
+            to += size;
         }
+        for (const char byte : text) {
+            const Word form = formOf(byte);
+            to = std::copy_n(std::bit_cast<Form>(form).text, sizeOf(form), to);
+        }
+        return to;
     }
 
     std::string escaped(std::string_view text) const {
-        std::string result;
-        result.reserve(escapedSize(text));
-        append(result, text);
+        std::string result(escapedSize(text), '\0');
+        write(result.data(), text);
         return result;
     }
 
@@ -75,6 +77,9 @@ private:
     };
     // A form as one number, so that it is loaded once and stored at once.
     using Word = std::uint32_t;
+
+    Word formOf(char byte) const { return m_forms[static_cast<unsigned char>(byte)]; }
+    static std::size_t sizeOf(Word form) { return std::bit_cast<Form>(form).size; }
 
     std::array<ByteRange, rangeCount> m_escaped {};
     std::array<Word, 256> m_forms {};

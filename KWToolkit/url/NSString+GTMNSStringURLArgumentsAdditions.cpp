@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include <KWToolkit/url/NSString+GTMNSStringURLArgumentsAdditions.h>
 
+#include <KWToolkit/platform/foundation/Lanes.h>
 #include <KWToolkit/platform/foundation/Unicode.h>
-#include <KWToolkit/url/Lanes.h>
 #include <KWToolkit/url/URLArgument.h>
 
 #include <algorithm>
@@ -32,12 +32,13 @@ Lanes digitValues(Lanes bytes) {
 constexpr std::size_t stride = 256;
 static_assert(stride % laneCount == 0);
 
-/// Appends what comes of `stride` bytes of a text from `begin`, or of what is left of it. False
-/// where a percent sign has no digits.
+/// Writes what comes of `stride` bytes of a text from `begin`, or of what is left of it, and
+/// returns its end; null where a percent sign has no digits. May write beyond that end, but no more
+/// than `stride` + 1 bytes in all.
 ///
 /// As in EscapeTable nothing is guessed: each place gives the byte of its escape, or itself, and
 /// what the digits of an escape give is dropped by being overwritten.
-bool appendUnescaped(std::string& result, std::string_view text, std::size_t begin) {
+char* unescape(char* to, std::string_view text, std::size_t begin) {
     const std::size_t size = std::min(stride, text.size() - begin);
     const std::size_t padding = (laneCount - size % laneCount) % laneCount;
     const std::size_t end = size + padding;
@@ -70,11 +71,10 @@ bool appendUnescaped(std::string& result, std::string_view text, std::size_t beg
             isEqual(lanesAt(places + i - 1), '%') | isEqual(lanesAt(places + i - 2), '%');
         putLanes(~isDigit & 1, kept + i);
     }
-    const Lanes none {};
-    if (std::memcmp(&wrong, &none, sizeof none) != 0)
-        return false;
-    putLanes(none, bytes + end);
-    putLanes(none, kept + end);
+    if (isAnySet(wrong))
+        return nullptr;
+    putLanes(Lanes {}, bytes + end);
+    putLanes(Lanes {}, kept + end);
 
     // Two bytes at a time: at even places now stands the first that is kept of two, and how many.
     constexpr Lanes isOdd {0, 255, 0, 255, 0, 255, 0, 255, 0, 255, 0, 255, 0, 255, 0, 255};
@@ -83,14 +83,11 @@ bool appendUnescaped(std::string& result, std::string_view text, std::size_t beg
         putLanes(choose(isKept | isOdd, lanesAt(bytes + i), lanesAt(bytes + i + 1)), bytes + i);
         putLanes(lanesAt(kept + i) + lanesAt(kept + i + 1), kept + i);
     }
-    char buffer[stride + 1];
-    std::size_t bufferSize = 0;
     for (std::size_t i = 0; i < end; i += 2) {
-        std::memcpy(buffer + bufferSize, bytes + i, 2);
-        bufferSize += kept[i];
+        std::memcpy(to, bytes + i, 2);
+        to += kept[i];
     }
-    result.append(buffer, bufferSize - padding);
-    return true;
+    return to - padding;
 }
 
 } // namespace
@@ -105,11 +102,18 @@ std::optional<std::string> gtm_stringByUnescapingFromURLArgument(std::string_vie
     const auto escapes = countWithin(text, std::array {ByteRange {'%', '%'}});
     if (escapes > text.size() / 3 || !isValidUTF8(text))
         return std::nullopt;
-    std::string result;
-    result.reserve(text.size() - 2 * escapes);
+    std::string result(text.size() - 2 * escapes, '\0');
+    char* end = result.data();
     for (std::size_t begin = 0; begin < text.size(); begin += stride) {
-        if (!appendUnescaped(result, text, begin))
+        const auto room = static_cast<std::size_t>(result.data() + result.size() - end);
+        char buffer[stride + 1];
+        const bool isDirect = room >= sizeof buffer;
+        char* const to = isDirect ? end : buffer;
+        char* const toEnd = unescape(to, text, begin);
+        // More comes than there is room for where percent signs further on have no digits.
+        if (!toEnd || static_cast<std::size_t>(toEnd - to) > room)
             return std::nullopt;
+        end = isDirect ? end + (toEnd - to) : std::copy(to, toEnd, end);
     }
     if (escapes > 0 && !isValidUTF8(result))
         return std::nullopt;

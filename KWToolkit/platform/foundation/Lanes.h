@@ -34,6 +34,13 @@ inline Lanes isWithin(Lanes lanes, std::uint8_t first, std::uint8_t last) {
 
 inline Lanes choose(Lanes mask, Lanes one, Lanes other) { return (one & mask) | (other & ~mask); }
 
+inline bool isAnySet(Lanes lanes) {
+    std::uint64_t halves[2];
+    static_assert(sizeof halves == sizeof lanes);
+    std::memcpy(halves, &lanes, sizeof halves);
+    return (halves[0] | halves[1]) != 0;
+}
+
 struct ByteRange {
     std::uint8_t first, last;
 };
