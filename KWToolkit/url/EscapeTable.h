@@ -31,6 +31,8 @@ public:
                 m_forms[byte] =
                     std::bit_cast<Word>(Form {{'%', digits[byte >> 4], digits[byte & 0xF]}, 3});
         }
+        for (unsigned byte = 0; byte < m_forms.size(); ++byte)
+            m_sizes[byte] = static_cast<std::uint8_t>(sizeOf(m_forms[byte]));
     }
 
     /// Whether this is what the byte is escaped to.
@@ -40,7 +42,15 @@ public:
     }
 
     std::size_t escapedSize(std::string_view text) const {
-        return text.size() + 2 * countWithin(text, m_escaped);
+        // For a short text it is not worth the while to set out.
+        std::size_t size = 0;
+        if (text.size() >= 128) {
+            size = text.size() - text.size() % laneCount; // of what is counted
+            size += 2 * countWithin(text, m_escaped);
+        }
+        for (const char byte : text)
+            size += m_sizes[static_cast<unsigned char>(byte)];
+        return size;
     }
 
     /// Writes the escaped text, `escapedSize` bytes, and returns their end.
@@ -79,10 +89,11 @@ private:
     using Word = std::uint32_t;
 
     Word formOf(char byte) const { return m_forms[static_cast<unsigned char>(byte)]; }
-    static std::size_t sizeOf(Word form) { return std::bit_cast<Form>(form).size; }
+    static constexpr std::size_t sizeOf(Word form) { return std::bit_cast<Form>(form).size; }
 
     std::array<ByteRange, rangeCount> m_escaped {};
     std::array<Word, 256> m_forms {};
+    std::array<std::uint8_t, 256> m_sizes {};
 };
 
 } // namespace kw

@@ -29,65 +29,64 @@ Lanes digitValues(Lanes bytes) {
         | (noDigit & ~(isDigit | isLetter));
 }
 
-constexpr std::size_t stride = 256;
+// The values of single ones.
+constexpr auto digitValue = [] {
+    std::array<Byte, 256> values {};
+    values.fill(noDigit);
+    constexpr std::string_view digits = "0123456789abcdefABCDEF";
+    for (unsigned i = 0; i < digits.size(); ++i)
+        values[static_cast<Byte>(digits[i])] = static_cast<Byte>(i < 16 ? i : i - 6);
+    return values;
+}();
+
+constexpr std::size_t stride = 128;
 static_assert(stride % laneCount == 0);
 
-/// Writes what comes of `stride` bytes of a text from `begin`, or of what is left of it, and
-/// returns its end; null where a percent sign has no digits. May write beyond that end, but no more
-/// than `stride` + 1 bytes in all.
+/// Unescapes `stride` bytes, and the digits of an escape that begins in them; moves `from` and `to`
+/// on. False where a percent sign has no digits. Reads `laneCount` bytes more, and may write all of
+/// `stride` bytes and one.
 ///
 /// As in EscapeTable nothing is guessed: each place gives the byte of its escape, or itself, and
 /// what the digits of an escape give is dropped by being overwritten.
-char* unescape(char* to, std::string_view text, std::size_t begin) {
-    const std::size_t size = std::min(stride, text.size() - begin);
-    const std::size_t padding = (laneCount - size % laneCount) % laneCount;
-    const std::size_t end = size + padding;
-
-    // The two bytes before and after count too. Zero is neither a percent sign nor a digit.
-    constexpr std::size_t lookBehind = 2;
-    Byte window[lookBehind + stride + laneCount];
-    const std::size_t before = std::min(begin, lookBehind);
-    std::memset(window, 0, lookBehind);
-    Byte* const start = window + lookBehind - before;
-    const std::size_t copied =
-        text.copy(reinterpret_cast<char*>(start), before + size + 2, begin - before);
-    std::memset(start + copied, 0, before + end + laneCount - copied);
-    const Byte* const places = window + lookBehind;
-
+bool unescapeStride(const char*& from, char*& to) {
     Byte digits[stride + laneCount];
-    for (std::size_t i = 0; i < end + laneCount; i += laneCount)
-        putLanes(digitValues(lanesAt(places + i)), digits + i);
+    for (std::size_t i = 0; i < sizeof digits; i += laneCount)
+        putLanes(digitValues(lanesAt(from + i)), digits + i);
 
+    // Flags of the two places before come first.
+    Byte isEscape[2 + stride];
+    isEscape[0] = isEscape[1] = 0;
     Byte bytes[stride + laneCount], kept[stride + laneCount];
     Lanes wrong {};
-    for (std::size_t i = 0; i < end; i += laneCount) {
-        const Lanes place = lanesAt(places + i);
+    for (std::size_t i = 0; i < stride; i += laneCount) {
+        const Lanes here = lanesAt(from + i);
         const Lanes high = lanesAt(digits + i + 1), low = lanesAt(digits + i + 2);
-        const Lanes isEscape = isEqual(place, '%');
-        wrong |= isEscape & (high | low) & noDigit;
-        const Lanes plain = choose(isEqual(place, '+'), Lanes {} + ' ', place);
-        putLanes(choose(isEscape, high << 4 | low, plain), bytes + i);
-        const Lanes isDigit =
-            isEqual(lanesAt(places + i - 1), '%') | isEqual(lanesAt(places + i - 2), '%');
-        putLanes(~isDigit & 1, kept + i);
+        const Lanes isEscapeHere = isEqual(here, '%');
+        wrong |= isEscapeHere & (high | low);
+        const Lanes plain = here - (isEqual(here, '+') & ('+' - ' '));
+        putLanes(choose(isEscapeHere, high << 4 | low, plain), bytes + i);
+        putLanes(isEscapeHere, isEscape + 2 + i);
     }
-    if (isAnySet(wrong))
-        return nullptr;
-    putLanes(Lanes {}, bytes + end);
-    putLanes(Lanes {}, kept + end);
+    if (isAnySet(wrong & noDigit))
+        return false;
+    for (std::size_t i = 0; i < stride; i += laneCount)
+        putLanes(1 & ~(lanesAt(isEscape + i) | lanesAt(isEscape + i + 1)), kept + i);
+    putLanes(Lanes {}, bytes + stride);
+    putLanes(Lanes {}, kept + stride);
 
     // Two bytes at a time: at even places now stands the first that is kept of two, and how many.
     constexpr Lanes isOdd {0, 255, 0, 255, 0, 255, 0, 255, 0, 255, 0, 255, 0, 255, 0, 255};
-    for (std::size_t i = 0; i < end; i += laneCount) {
+    for (std::size_t i = 0; i < stride; i += laneCount) {
         const Lanes isKept = isEqual(lanesAt(kept + i), 1);
         putLanes(choose(isKept | isOdd, lanesAt(bytes + i), lanesAt(bytes + i + 1)), bytes + i);
         putLanes(lanesAt(kept + i) + lanesAt(kept + i + 1), kept + i);
     }
-    for (std::size_t i = 0; i < end; i += 2) {
+    for (std::size_t i = 0; i < stride; i += 2) {
         std::memcpy(to, bytes + i, 2);
         to += kept[i];
     }
-    return to - padding;
+    from += stride + (isEscape[stride] & 1) + (isEscape[stride + 1] & 2);
+    return true;
 }
 
 } // namespace
@@ -99,22 +98,39 @@ std::optional<std::string> gtm_stringByEscapingForURLArgument(std::string_view t
 }
 
 std::optional<std::string> gtm_stringByUnescapingFromURLArgument(std::string_view text) {
-    const auto escapes = countWithin(text, std::array {ByteRange {'%', '%'}});
+    std::string_view rest = text;
+    auto escapes = countWithin(rest, std::array {ByteRange {'%', '%'}});
+    escapes += static_cast<std::size_t>(std::ranges::count(rest, '%'));
     if (escapes > text.size() / 3 || !isValidUTF8(text))
         return std::nullopt;
+
+    // Where percent signs have no digits, more may come of what is before them than this.
     std::string result(text.size() - 2 * escapes, '\0');
-    char* end = result.data();
-    for (std::size_t begin = 0; begin < text.size(); begin += stride) {
-        const auto room = static_cast<std::size_t>(result.data() + result.size() - end);
-        char buffer[stride + 1];
-        const bool isDirect = room >= sizeof buffer;
-        char* const to = isDirect ? end : buffer;
-        char* const toEnd = unescape(to, text, begin);
-        // More comes than there is room for where percent signs further on have no digits.
-        if (!toEnd || static_cast<std::size_t>(toEnd - to) > room)
+    const char* from = text.data();
+    const char* const fromEnd = from + text.size();
+    char* to = result.data();
+    char* const toEnd = to + result.size();
+    while (toEnd - to > std::ptrdiff_t {stride}
+        && fromEnd - from >= std::ptrdiff_t {stride + laneCount}) {
+        if (!unescapeStride(from, to))
             return std::nullopt;
-        end = isDirect ? end + (toEnd - to) : std::copy(to, toEnd, end);
     }
+    while (to < toEnd && from < fromEnd) {
+        const char byte = *from++;
+        if (byte != '%') {
+            *to++ = byte == '+' ? ' ' : byte;
+            continue;
+        }
+        if (fromEnd - from < 2)
+            return std::nullopt;
+        const Byte high = digitValue[static_cast<Byte>(*from++)];
+        const Byte low = digitValue[static_cast<Byte>(*from++)];
+        if ((high | low) & noDigit)
+            return std::nullopt;
+        *to++ = static_cast<char>(high << 4 | low);
+    }
+    if (from < fromEnd)
+        return std::nullopt;
     if (escapes > 0 && !isValidUTF8(result))
         return std::nullopt;
     return result;

@@ -27,6 +27,10 @@ inline Lanes isEqual(Lanes lanes, std::uint8_t byte) {
     return reinterpret_cast<Lanes>(lanes == byte);
 }
 
+inline Lanes isAtLeast(Lanes lanes, std::uint8_t byte) {
+    return reinterpret_cast<Lanes>(lanes >= byte);
+}
+
 inline Lanes isWithin(Lanes lanes, std::uint8_t first, std::uint8_t last) {
     const auto width = static_cast<std::uint8_t>(last - first);
     return reinterpret_cast<Lanes>(lanes - first <= width);
@@ -45,9 +49,10 @@ struct ByteRange {
     std::uint8_t first, last;
 };
 
-/// How many bytes of a text are in any of some ranges, none of which overlaps another.
+/// How many bytes are in any of some ranges, none of which overlaps another. Takes those counted
+/// off the text; what is left is less than `laneCount`.
 template <std::size_t rangeCount>
-std::size_t countWithin(std::string_view text, const std::array<ByteRange, rangeCount>& ranges) {
+std::size_t countWithin(std::string_view& text, const std::array<ByteRange, rangeCount>& ranges) {
     std::size_t count = 0;
     while (text.size() >= laneCount) {
         Lanes counts {};
@@ -60,10 +65,6 @@ std::size_t countWithin(std::string_view text, const std::array<ByteRange, range
         }
         for (std::size_t i = 0; i < laneCount; ++i)
             count += counts[i];
-    }
-    for (const char byte : text) {
-        for (const ByteRange& range : ranges)
-            count += static_cast<std::uint8_t>(byte - range.first) <= range.last - range.first;
     }
     return count;
 }

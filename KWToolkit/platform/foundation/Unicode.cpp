@@ -37,6 +37,8 @@ constexpr std::array<char16_t, 128> upperMacOSRoman {
 
 constexpr bool isSurrogate(char32_t code) { return code >= 0xD800 && code <= 0xDFFF; }
 
+bool isASCII(Lanes bytes) { return !isAnySet(bytes & 0x80); }
+
 // The longest sequence less its last byte.
 constexpr std::size_t lookBehind = 3;
 
@@ -44,15 +46,14 @@ constexpr std::size_t lookBehind = 3;
 /// before count too.
 Lanes malformedAt(const char* bytes) {
     const Lanes here = lanesAt(bytes), before = lanesAt(bytes - 1);
-    const Lanes isWanted = isWithin(before, 0xC0, 0xFF) | isWithin(lanesAt(bytes - 2), 0xE0, 0xFF)
-        | isWithin(lanesAt(bytes - lookBehind), 0xF0, 0xFF);
-    const Lanes isContinuation = isWithin(here, 0x80, 0xBF);
-    return (isWanted ^ isContinuation) // one without the other
-        | isWithin(here, 0xC0, 0xC1) | isWithin(here, 0xF5, 0xFF) // in no sequence
-        | (isEqual(before, 0xE0) & isWithin(here, 0x00, 0x9F)) // overlong forms
-        | (isEqual(before, 0xED) & isWithin(here, 0xA0, 0xFF)) // surrogates
-        | (isEqual(before, 0xF0) & isWithin(here, 0x00, 0x8F)) // overlong forms
-        | (isEqual(before, 0xF4) & isWithin(here, 0x90, 0xFF)); // above U+10FFFF
+    const Lanes isWanted = isAtLeast(before, 0xC0) | isAtLeast(lanesAt(bytes - 2), 0xE0)
+        | isAtLeast(lanesAt(bytes - lookBehind), 0xF0);
+    // Less room after these: what is below is overlong, what is above a surrogate or nothing.
+    const Lanes first = 0x80 + (isEqual(before, 0xE0) & 0x20) + (isEqual(before, 0xF0) & 0x10);
+    const Lanes last = 0xBF - (isEqual(before, 0xED) & 0x20) - (isEqual(before, 0xF4) & 0x30);
+    const Lanes isContinuation = reinterpret_cast<Lanes>(here - first <= last - first);
+    const Lanes isNever = isEqual(here & 0xFE, 0xC0) | isAtLeast(here, 0xF5);
+    return (isWanted ^ isContinuation) | isNever;
 }
 
 } // namespace
@@ -106,15 +107,20 @@ std::optional<char32_t> takeCodePoint(std::string_view& utf8) {
 }
 
 bool isValidUTF8(std::string_view text) {
+    while (text.size() >= laneCount && isASCII(lanesAt(text.data())))
+        text.remove_prefix(laneCount);
+
     // Ends of the text stand between zeros: what is cut short by them is malformed.
     char window[lookBehind + laneCount] {};
     const std::size_t headSize = text.copy(window + lookBehind, laneCount);
-    Lanes malformed = malformedAt(window + lookBehind);
+    Lanes malformed {};
+    if (!isASCII(lanesAt(window + lookBehind)))
+        malformed = malformedAt(window + lookBehind);
     if (headSize == laneCount) {
         std::size_t i = laneCount;
         for (; i + laneCount <= text.size(); i += laneCount) {
             const char* const bytes = text.data() + i;
-            if (isAnySet((lanesAt(bytes - lookBehind) | lanesAt(bytes)) & 0x80)) // not all ASCII
+            if (!isASCII(lanesAt(bytes - lookBehind) | lanesAt(bytes)))
                 malformed |= malformedAt(bytes);
         }
         std::memset(window, 0, sizeof window);
