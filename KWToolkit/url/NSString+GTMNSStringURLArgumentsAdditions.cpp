@@ -39,54 +39,32 @@ constexpr auto digitValue = [] {
     return values;
 }();
 
-constexpr std::size_t stride = 128;
-static_assert(stride % laneCount == 0);
-
-/// Unescapes `stride` bytes, and the digits of an escape that begins in them; moves `from` and `to`
-/// on. False where a percent sign has no digits. Reads `laneCount` bytes more, and may write all of
-/// `stride` bytes and one.
+/// Unescapes `laneCount` bytes and the digits of an escape that begins in them. Moves `from` and
+/// `to` on and marks in `wrong` where a percent sign has no digits. Reads the two bytes before and
+/// after, and may write as much as it reads.
 ///
 /// As in EscapeTable nothing is guessed: each place gives the byte of its escape, or itself, and
 /// what the digits of an escape give is dropped by being overwritten.
-bool unescapeStride(const char*& from, char*& to) {
-    Byte digits[stride + laneCount];
-    for (std::size_t i = 0; i < sizeof digits; i += laneCount)
-        putLanes(digitValues(lanesAt(from + i)), digits + i);
+void unescapeLanes(const char*& from, char*& to, Lanes& wrong) {
+    const Lanes here = lanesAt(from);
+    const Lanes high = digitValues(lanesAt(from + 1)), low = digitValues(lanesAt(from + 2));
+    const Lanes isEscape = isEqual(here, '%');
+    wrong |= isEscape & (high | low) & noDigit;
+    const Lanes plain = here - (isEqual(here, '+') & ('+' - ' '));
+    const Lanes bytes = choose(isEscape, high << 4 | low, plain);
+    const Lanes isKept = ~(isEqual(lanesAt(from - 1), '%') | isEqual(lanesAt(from - 2), '%'));
 
-    // Flags of the two places before come first.
-    Byte isEscape[2 + stride];
-    isEscape[0] = isEscape[1] = 0;
-    Byte bytes[stride + laneCount], kept[stride + laneCount];
-    Lanes wrong {};
-    for (std::size_t i = 0; i < stride; i += laneCount) {
-        const Lanes here = lanesAt(from + i);
-        const Lanes high = lanesAt(digits + i + 1), low = lanesAt(digits + i + 2);
-        const Lanes isEscapeHere = isEqual(here, '%');
-        wrong |= isEscapeHere & (high | low);
-        const Lanes plain = here - (isEqual(here, '+') & ('+' - ' '));
-        putLanes(choose(isEscapeHere, high << 4 | low, plain), bytes + i);
-        putLanes(isEscapeHere, isEscape + 2 + i);
-    }
-    if (isAnySet(wrong & noDigit))
-        return false;
-    for (std::size_t i = 0; i < stride; i += laneCount)
-        putLanes(1 & ~(lanesAt(isEscape + i) | lanesAt(isEscape + i + 1)), kept + i);
-    putLanes(Lanes {}, bytes + stride);
-    putLanes(Lanes {}, kept + stride);
-
-    // Two bytes at a time: at even places now stands the first that is kept of two, and how many.
+    // Two at a time: at even places comes the first that is kept of two, and how many are.
     constexpr Lanes isOdd {0, 255, 0, 255, 0, 255, 0, 255, 0, 255, 0, 255, 0, 255, 0, 255};
-    for (std::size_t i = 0; i < stride; i += laneCount) {
-        const Lanes isKept = isEqual(lanesAt(kept + i), 1);
-        putLanes(choose(isKept | isOdd, lanesAt(bytes + i), lanesAt(bytes + i + 1)), bytes + i);
-        putLanes(lanesAt(kept + i) + lanesAt(kept + i + 1), kept + i);
+    const Lanes kept = isKept & 1;
+    Byte pairs[laneCount], sizes[laneCount];
+    putLanes(choose(isKept | isOdd, bytes, neighbours(bytes)), pairs);
+    putLanes(kept + neighbours(kept), sizes);
+    for (std::size_t i = 0; i < laneCount; i += 2) {
+        std::memcpy(to, pairs + i, 2);
+        to += sizes[i];
     }
-    for (std::size_t i = 0; i < stride; i += 2) {
-        std::memcpy(to, bytes + i, 2);
-        to += kept[i];
-    }
-    from += stride + (isEscape[stride] & 1) + (isEscape[stride + 1] & 2);
-    return true;
+    from += laneCount + 2 * (from[laneCount - 1] == '%') + (from[laneCount - 2] == '%');
 }
 
 } // namespace
@@ -110,12 +88,13 @@ std::optional<std::string> gtm_stringByUnescapingFromURLArgument(std::string_vie
     const char* const fromEnd = from + text.size();
     char* to = result.data();
     char* const toEnd = to + result.size();
-    while (toEnd - to > std::ptrdiff_t {stride}
-        && fromEnd - from >= std::ptrdiff_t {stride + laneCount}) {
-        if (!unescapeStride(from, to))
-            return std::nullopt;
-    }
+    Lanes wrong {};
     while (to < toEnd && from < fromEnd) {
+        if (from - text.data() >= 2 && fromEnd - from >= std::ptrdiff_t {laneCount + 2}
+            && toEnd - to > std::ptrdiff_t {laneCount}) {
+            unescapeLanes(from, to, wrong);
+            continue;
+        }
         const char byte = *from++;
         if (byte != '%') {
             *to++ = byte == '+' ? ' ' : byte;
@@ -129,7 +108,7 @@ std::optional<std::string> gtm_stringByUnescapingFromURLArgument(std::string_vie
             return std::nullopt;
         *to++ = static_cast<char>(high << 4 | low);
     }
-    if (from < fromEnd)
+    if (from < fromEnd || isAnySet(wrong))
         return std::nullopt;
     if (escapes > 0 && !isValidUTF8(result))
         return std::nullopt;

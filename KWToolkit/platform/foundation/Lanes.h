@@ -38,6 +38,13 @@ inline Lanes isWithin(Lanes lanes, std::uint8_t first, std::uint8_t last) {
 
 inline Lanes choose(Lanes mask, Lanes one, Lanes other) { return (one & mask) | (other & ~mask); }
 
+/// Each two that begin at an even place in the other's place.
+inline Lanes neighbours(Lanes lanes) {
+    using Pairs [[gnu::vector_size(16)]] = std::uint16_t;
+    const auto pairs = reinterpret_cast<Pairs>(lanes);
+    return reinterpret_cast<Lanes>(pairs << 8 | pairs >> 8);
+}
+
 inline bool isAnySet(Lanes lanes) {
     std::uint64_t halves[2];
     static_assert(sizeof halves == sizeof lanes);
