@@ -53,30 +53,39 @@ public:
         return size;
     }
 
-    /// Writes the escaped text, `escapedSize` bytes, and returns their end.
-    char* write(char* to, std::string_view text) const {
+    /// Writes the escaped text, `escapedSize` bytes, and returns their end. May write beyond it, up
+    /// to `limit`.
+    char* write(char* to, const char* limit, std::string_view text) const {
         // Which bytes are escaped is not to be guessed, and a wrong guess costs more than a dozen
         // bytes do. So each takes the same way: its form is stored whole, and what is too much of
         // it is overwritten by the next. The last have no such room.
-        for (; text.size() >= 7; text.remove_prefix(4)) {
-            const Word forms[] {formOf(text[0]), formOf(text[1]), formOf(text[2]), formOf(text[3])};
+        constexpr std::size_t batch = 4;
+        while (text.size() >= batch && limit - to >= std::ptrdiff_t {batch * sizeof(Form)}) {
+            // Where each goes does not wait for the stores before.
+            const Word forms[batch] {
+                formOf(text[0]), formOf(text[1]), formOf(text[2]), formOf(text[3])};
             std::size_t size = 0;
             for (const Word form : forms) {
                 std::memcpy(to + size, &form, sizeof form);
                 size += sizeOf(form);
             }
             to += size;
+            text.remove_prefix(batch);
         }
         for (const char byte : text) {
             const Word form = formOf(byte);
-            to = std::copy_n(std::bit_cast<Form>(form).text, sizeOf(form), to);
+            if (limit - to >= std::ptrdiff_t {sizeof form})
+                std::memcpy(to, &form, sizeof form);
+            else
+                std::memcpy(to, &form, sizeOf(form));
+            to += sizeOf(form);
         }
         return to;
     }
 
     std::string escaped(std::string_view text) const {
         std::string result(escapedSize(text), '\0');
-        write(result.data(), text);
+        write(result.data(), result.data() + result.size(), text);
         return result;
     }
 

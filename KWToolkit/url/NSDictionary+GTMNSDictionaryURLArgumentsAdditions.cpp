@@ -42,8 +42,8 @@ struct Argument {
     std::size_t size() const {
         return isValid ? urlArgumentTable.escapedSize(text) : nothing.size();
     }
-    char* write(char* to) const {
-        return isValid ? urlArgumentTable.write(to, text)
+    char* write(char* to, const char* limit) const {
+        return isValid ? urlArgumentTable.write(to, limit, text)
                        : std::copy(nothing.begin(), nothing.end(), to);
     }
 };
@@ -82,12 +82,13 @@ std::string gtm_httpArgumentsString(const std::map<std::string, std::string>& ar
     }
     std::string query(size - !pairs.empty(), '\0'); // of "&" one less
     char* end = query.data();
+    const char* const limit = end + query.size();
     for (const auto& [key, value] : pairs) {
         if (end != query.data())
             *end++ = '&';
-        end = key.write(end);
+        end = key.write(end, limit);
         *end++ = '=';
-        end = value.write(end);
+        end = value.write(end, limit);
     }
     return query;
 }

@@ -110,24 +110,28 @@ bool isValidUTF8(std::string_view text) {
     while (text.size() >= laneCount && isASCII(lanesAt(text.data())))
         text.remove_prefix(laneCount);
 
-    // Ends of the text stand between zeros: what is cut short by them is malformed.
-    char window[lookBehind + laneCount] {};
-    const std::size_t headSize = text.copy(window + lookBehind, laneCount);
-    Lanes malformed {};
-    if (!isASCII(lanesAt(window + lookBehind)))
-        malformed = malformedAt(window + lookBehind);
-    if (headSize == laneCount) {
-        std::size_t i = laneCount;
-        for (; i + laneCount <= text.size(); i += laneCount) {
-            const char* const bytes = text.data() + i;
-            if (!isASCII(lanesAt(bytes - lookBehind) | lanesAt(bytes)))
-                malformed |= malformedAt(bytes);
-        }
-        std::memset(window, 0, sizeof window);
-        text.copy(window, sizeof window, i - lookBehind);
-        malformed |= malformedAt(window + lookBehind);
+    // One by one, until there are bytes before; a short text to its end.
+    const std::size_t size = text.size();
+    while (!text.empty() && (size < 2 * laneCount || size - text.size() < lookBehind)) {
+        if (static_cast<unsigned char>(text[0]) < 0x80)
+            text.remove_prefix(1);
+        else if (!takeCodePoint(text))
+            return false;
     }
-    return !isAnySet(malformed);
+    if (text.empty())
+        return true;
+
+    const char* bytes = text.data();
+    const char* const last = bytes + text.size() - laneCount;
+    Lanes malformed = malformedAt(last);
+    for (; bytes < last; bytes += laneCount) {
+        if (!isASCII(lanesAt(bytes - lookBehind) | lanesAt(bytes)))
+            malformed |= malformedAt(bytes);
+    }
+    const Lanes end = lanesAt(last);
+    const bool isCutShort =
+        end[laneCount - 1] >= 0xC0 || end[laneCount - 2] >= 0xE0 || end[laneCount - 3] >= 0xF0;
+    return !isCutShort && !isAnySet(malformed);
 }
 
 std::optional<char16_t> firstUnit(std::string_view utf8) {
