@@ -4,22 +4,15 @@
 // Whatever bytes come in: only valid sequences are taken, and every unit goes out as valid UTF-8.
 #include <KWToolkit/hotkeys/KWGlobalHotkeyManager.h>
 #include <KWToolkit/platform/foundation/Unicode.h>
+#include <fuzz/Require.h>
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
+#include <string>
 #include <string_view>
 
-namespace {
-
-void require(bool holds) {
-    if (!holds)
-        std::abort();
-}
-
-} // namespace
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    using kw::fuzz::require;
     const std::string_view text(reinterpret_cast<const char*>(data), size);
     std::string_view rest = text;
     bool isRoman = true;
@@ -34,6 +27,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     const bool isValid = rest.empty();
     const auto roman = kw::macOSRoman(text);
+    require(kw::isValidUTF8(text) == isValid);
     require(!roman || (isValid && isRoman));
     require(roman.has_value() || kw::fourCharCodeToOSType(text) == 0);
 

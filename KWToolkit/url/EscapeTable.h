@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <KWToolkit/url/Lanes.h>
+#include <KWToolkit/platform/foundation/Lanes.h>
 
 #include <algorithm>
 #include <array>
@@ -31,40 +31,61 @@ public:
                 m_forms[byte] =
                     std::bit_cast<Word>(Form {{'%', digits[byte >> 4], digits[byte & 0xF]}, 3});
         }
+        for (unsigned byte = 0; byte < m_forms.size(); ++byte)
+            m_sizes[byte] = static_cast<std::uint8_t>(sizeOf(m_forms[byte]));
     }
 
-    /// Whether these three bytes are what a byte is escaped to.
+    /// Whether this is what the byte is escaped to.
     bool isEscape(std::string_view escape, char byte) const {
-        const Form form = std::bit_cast<Form>(m_forms[static_cast<unsigned char>(byte)]);
-        return escape == std::string_view(form.text, form.size);
+        const Form form = std::bit_cast<Form>(formOf(byte));
+        return escape.size() == 3 && escape == std::string_view(form.text, form.size);
     }
 
     std::size_t escapedSize(std::string_view text) const {
-        return text.size() + 2 * countWithin(text, m_escaped);
+        // For a short text it is not worth the while to set out.
+        std::size_t size = 0;
+        if (text.size() >= 128) {
+            size = text.size() - text.size() % laneCount; // of what is counted
+            size += 2 * countWithin(text, m_escaped);
+        }
+        for (const char byte : text)
+            size += m_sizes[static_cast<unsigned char>(byte)];
+        return size;
     }
 
-    /// Appends the escaped text. A string with room for it is not allocated anew.
-    void append(std::string& result, std::string_view text) const {
+    /// Writes the escaped text, `escapedSize` bytes, and returns their end. May write beyond it, up
+    /// to `limit`.
+    char* write(char* to, const char* limit, std::string_view text) const {
         // Which bytes are escaped is not to be guessed, and a wrong guess costs more than a dozen
         // bytes do. So each takes the same way: its form is stored whole, and what is too much of
-        // it is overwritten by the next.
-        constexpr std::size_t stride = 512;
-        char buffer[stride * 3 + 1];
-        for (; !text.empty(); text.remove_prefix(std::min(stride, text.size()))) {
-            char* end = buffer;
-            for (const char byte : text.substr(0, stride)) {
-                const Word form = m_forms[static_cast<unsigned char>(byte)];
-                std::memcpy(end, &form, sizeof form);
-                end += std::bit_cast<Form>(form).size;
+        // it is overwritten by the next. The last have no such room.
+        constexpr std::size_t batch = 4;
+        while (text.size() >= batch && limit - to >= std::ptrdiff_t {batch * sizeof(Form)}) {
+            // Where each goes does not wait for the stores before.
+            const Word forms[batch] {
+                formOf(text[0]), formOf(text[1]), formOf(text[2]), formOf(text[3])};
+            std::size_t size = 0;
+            for (const Word form : forms) {
+                std::memcpy(to + size, &form, sizeof form);
+                size += sizeOf(form);
             }
-            result.append(buffer, end);
+            to += size;
+            text.remove_prefix(batch);
         }
+        for (const char byte : text) {
+            const Word form = formOf(byte);
+            if (limit - to >= std::ptrdiff_t {sizeof form})
+                std::memcpy(to, &form, sizeof form);
+            else
+                std::memcpy(to, &form, sizeOf(form));
+            to += sizeOf(form);
+        }
+        return to;
     }
 
     std::string escaped(std::string_view text) const {
-        std::string result;
-        result.reserve(escapedSize(text));
-        append(result, text);
+        std::string result(escapedSize(text), '\0');
+        write(result.data(), result.data() + result.size(), text);
         return result;
     }
 
@@ -76,8 +97,12 @@ private:
     // A form as one number, so that it is loaded once and stored at once.
     using Word = std::uint32_t;
 
+    Word formOf(char byte) const { return m_forms[static_cast<unsigned char>(byte)]; }
+    static constexpr std::size_t sizeOf(Word form) { return std::bit_cast<Form>(form).size; }
+
     std::array<ByteRange, rangeCount> m_escaped {};
     std::array<Word, 256> m_forms {};
+    std::array<std::uint8_t, 256> m_sizes {};
 };
 
 } // namespace kw

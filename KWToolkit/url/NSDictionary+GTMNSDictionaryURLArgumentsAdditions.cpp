@@ -42,11 +42,9 @@ struct Argument {
     std::size_t size() const {
         return isValid ? urlArgumentTable.escapedSize(text) : nothing.size();
     }
-    void appendTo(std::string& query) const {
-        if (isValid)
-            urlArgumentTable.append(query, text);
-        else
-            query += nothing;
+    char* write(char* to, const char* limit) const {
+        return isValid ? urlArgumentTable.write(to, limit, text)
+                       : std::copy(nothing.begin(), nothing.end(), to);
     }
 };
 
@@ -82,14 +80,15 @@ std::string gtm_httpArgumentsString(const std::map<std::string, std::string>& ar
         const auto& pair = pairs.emplace_back(key, value);
         size += pair.first.size() + pair.second.size() + 2; // the "=" and the "&"
     }
-    std::string query;
-    query.reserve(size - !pairs.empty());
+    std::string query(size - !pairs.empty(), '\0'); // of "&" one less
+    char* end = query.data();
+    const char* const limit = end + query.size();
     for (const auto& [key, value] : pairs) {
-        if (!query.empty())
-            query += '&';
-        key.appendTo(query);
-        query += '=';
-        value.appendTo(query);
+        if (end != query.data())
+            *end++ = '&';
+        end = key.write(end, limit);
+        *end++ = '=';
+        end = value.write(end, limit);
     }
     return query;
 }

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include <KWToolkit/url/NSString+GTMNSStringURLArgumentsAdditions.h>
 
+#include <KWToolkit/platform/foundation/Lanes.h>
 #include <KWToolkit/platform/foundation/Unicode.h>
-#include <KWToolkit/url/Lanes.h>
 #include <KWToolkit/url/URLArgument.h>
 
 #include <algorithm>
@@ -29,68 +29,42 @@ Lanes digitValues(Lanes bytes) {
         | (noDigit & ~(isDigit | isLetter));
 }
 
-constexpr std::size_t stride = 256;
-static_assert(stride % laneCount == 0);
+// The values of single ones.
+constexpr auto digitValue = [] {
+    std::array<Byte, 256> values {};
+    values.fill(noDigit);
+    constexpr std::string_view digits = "0123456789abcdefABCDEF";
+    for (unsigned i = 0; i < digits.size(); ++i)
+        values[static_cast<Byte>(digits[i])] = static_cast<Byte>(i < 16 ? i : i - 6);
+    return values;
+}();
 
-/// Appends what comes of `stride` bytes of a text from `begin`, or of what is left of it. False
-/// where a percent sign has no digits.
+/// Unescapes `laneCount` bytes and the digits of an escape that begins in them. Moves `from` and
+/// `to` on and marks in `wrong` where a percent sign has no digits. Reads the two bytes before and
+/// after, and may write as much as it reads.
 ///
 /// As in EscapeTable nothing is guessed: each place gives the byte of its escape, or itself, and
 /// what the digits of an escape give is dropped by being overwritten.
-bool appendUnescaped(std::string& result, std::string_view text, std::size_t begin) {
-    const std::size_t size = std::min(stride, text.size() - begin);
-    const std::size_t padding = (laneCount - size % laneCount) % laneCount;
-    const std::size_t end = size + padding;
+void unescapeLanes(const char*& from, char*& to, Lanes& wrong) {
+    const Lanes here = lanesAt(from);
+    const Lanes high = digitValues(lanesAt(from + 1)), low = digitValues(lanesAt(from + 2));
+    const Lanes isEscape = isEqual(here, '%');
+    wrong |= isEscape & (high | low) & noDigit;
+    const Lanes plain = here - (isEqual(here, '+') & ('+' - ' '));
+    const Lanes bytes = choose(isEscape, high << 4 | low, plain);
+    const Lanes isKept = ~(isEqual(lanesAt(from - 1), '%') | isEqual(lanesAt(from - 2), '%'));
 
-    // The two bytes before and after count too. Zero is neither a percent sign nor a digit.
-    constexpr std::size_t lookBehind = 2;
-    Byte window[lookBehind + stride + laneCount];
-    const std::size_t before = std::min(begin, lookBehind);
-    std::memset(window, 0, lookBehind);
-    Byte* const start = window + lookBehind - before;
-    const std::size_t copied =
-        text.copy(reinterpret_cast<char*>(start), before + size + 2, begin - before);
-    std::memset(start + copied, 0, before + end + laneCount - copied);
-    const Byte* const places = window + lookBehind;
-
-    Byte digits[stride + laneCount];
-    for (std::size_t i = 0; i < end + laneCount; i += laneCount)
-        putLanes(digitValues(lanesAt(places + i)), digits + i);
-
-    Byte bytes[stride + laneCount], kept[stride + laneCount];
-    Lanes wrong {};
-    for (std::size_t i = 0; i < end; i += laneCount) {
-        const Lanes place = lanesAt(places + i);
-        const Lanes high = lanesAt(digits + i + 1), low = lanesAt(digits + i + 2);
-        const Lanes isEscape = isEqual(place, '%');
-        wrong |= isEscape & (high | low) & noDigit;
-        const Lanes plain = choose(isEqual(place, '+'), Lanes {} + ' ', place);
-        putLanes(choose(isEscape, high << 4 | low, plain), bytes + i);
-        const Lanes isDigit =
-            isEqual(lanesAt(places + i - 1), '%') | isEqual(lanesAt(places + i - 2), '%');
-        putLanes(~isDigit & 1, kept + i);
-    }
-    const Lanes none {};
-    if (std::memcmp(&wrong, &none, sizeof none) != 0)
-        return false;
-    putLanes(none, bytes + end);
-    putLanes(none, kept + end);
-
-    // Two bytes at a time: at even places now stands the first that is kept of two, and how many.
+    // Two at a time: at even places comes the first that is kept of two, and how many are.
     constexpr Lanes isOdd {0, 255, 0, 255, 0, 255, 0, 255, 0, 255, 0, 255, 0, 255, 0, 255};
-    for (std::size_t i = 0; i < end; i += laneCount) {
-        const Lanes isKept = isEqual(lanesAt(kept + i), 1);
-        putLanes(choose(isKept | isOdd, lanesAt(bytes + i), lanesAt(bytes + i + 1)), bytes + i);
-        putLanes(lanesAt(kept + i) + lanesAt(kept + i + 1), kept + i);
+    const Lanes kept = isKept & 1;
+    Byte pairs[laneCount], sizes[laneCount];
+    putLanes(choose(isKept | isOdd, bytes, neighbours(bytes)), pairs);
+    putLanes(kept + neighbours(kept), sizes);
+    for (std::size_t i = 0; i < laneCount; i += 2) {
+        std::memcpy(to, pairs + i, 2);
+        to += sizes[i];
     }
-    char buffer[stride + 1];
-    std::size_t bufferSize = 0;
-    for (std::size_t i = 0; i < end; i += 2) {
-        std::memcpy(buffer + bufferSize, bytes + i, 2);
-        bufferSize += kept[i];
-    }
-    result.append(buffer, bufferSize - padding);
-    return true;
+    from += laneCount + 2 * (from[laneCount - 1] == '%') + (from[laneCount - 2] == '%');
 }
 
 } // namespace
@@ -102,15 +76,40 @@ std::optional<std::string> gtm_stringByEscapingForURLArgument(std::string_view t
 }
 
 std::optional<std::string> gtm_stringByUnescapingFromURLArgument(std::string_view text) {
-    const auto escapes = countWithin(text, std::array {ByteRange {'%', '%'}});
+    std::string_view rest = text;
+    auto escapes = countWithin(rest, std::array {ByteRange {'%', '%'}});
+    escapes += static_cast<std::size_t>(std::ranges::count(rest, '%'));
     if (escapes > text.size() / 3 || !isValidUTF8(text))
         return std::nullopt;
-    std::string result;
-    result.reserve(text.size() - 2 * escapes);
-    for (std::size_t begin = 0; begin < text.size(); begin += stride) {
-        if (!appendUnescaped(result, text, begin))
+
+    // Where percent signs have no digits, more may come of what is before them than this.
+    std::string result(text.size() - 2 * escapes, '\0');
+    const char* from = text.data();
+    const char* const fromEnd = from + text.size();
+    char* to = result.data();
+    char* const toEnd = to + result.size();
+    Lanes wrong {};
+    while (to < toEnd && from < fromEnd) {
+        if (from - text.data() >= 2 && fromEnd - from >= std::ptrdiff_t {laneCount + 2}
+            && toEnd - to > std::ptrdiff_t {laneCount}) {
+            unescapeLanes(from, to, wrong);
+            continue;
+        }
+        const char byte = *from++;
+        if (byte != '%') {
+            *to++ = byte == '+' ? ' ' : byte;
+            continue;
+        }
+        if (fromEnd - from < 2)
             return std::nullopt;
+        const Byte high = digitValue[static_cast<Byte>(*from++)];
+        const Byte low = digitValue[static_cast<Byte>(*from++)];
+        if ((high | low) & noDigit)
+            return std::nullopt;
+        *to++ = static_cast<char>(high << 4 | low);
     }
+    if (from < fromEnd || isAnySet(wrong))
+        return std::nullopt;
     if (escapes > 0 && !isValidUTF8(result))
         return std::nullopt;
     return result;

@@ -31,7 +31,7 @@ std::string urlDecode(std::string_view text) {
         const char byte = escape.size() == 3
             ? static_cast<char>(digitValue(escape[1]) << 4 | digitValue(escape[2]))
             : '%';
-        const bool isOurs = escape.size() == 3 && table.isEscape(escape, byte);
+        const bool isOurs = table.isEscape(escape, byte);
         result += isOurs ? byte : '%';
         text.remove_prefix(isOurs ? escape.size() : 1);
     }

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include <KWToolkit/platform/foundation/Unicode.h>
 
+#include <KWToolkit/platform/foundation/Lanes.h>
+
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -35,65 +37,23 @@ constexpr std::array<char16_t, 128> upperMacOSRoman {
 
 constexpr bool isSurrogate(char32_t code) { return code >= 0xD800 && code <= 0xDFFF; }
 
-// What a reader of UTF-8 expects next. The number of a state is its place in a row of
-// `transitions`.
-enum ReaderState : std::uint8_t {
-    malformed = 0, // for good
-    character = 6,
-    oneMore = 12,
-    twoMore = 18,
-    threeMore = 24,
-    restOfE0 = 30,
-    restOfED = 36,
-    restOfF0 = 42,
-    restOfF4 = 48,
-};
+bool isASCII(Lanes bytes) { return !isAnySet(bytes & 0x80); }
 
-constexpr struct {
-    ReaderState state;
-    std::uint8_t first, last;
-    ReaderState next;
-} validSteps[] = {
-    // RFC 3629, section 4
-    {character, 0x00, 0x7F, character}, {character, 0xC2, 0xDF, oneMore},
-    {character, 0xE0, 0xE0, restOfE0}, {character, 0xE1, 0xEC, twoMore},
-    {character, 0xED, 0xED, restOfED}, {character, 0xEE, 0xEF, twoMore},
-    {character, 0xF0, 0xF0, restOfF0}, {character, 0xF1, 0xF3, threeMore},
-    {character, 0xF4, 0xF4, restOfF4}, {oneMore, 0x80, 0xBF, character},
-    {twoMore, 0x80, 0xBF, oneMore}, {threeMore, 0x80, 0xBF, twoMore},
-    {restOfE0, 0xA0, 0xBF, oneMore}, // below are overlong forms
-    {restOfED, 0x80, 0x9F, oneMore}, // above are surrogates
-    {restOfF0, 0x90, 0xBF, twoMore}, // below are overlong forms
-    {restOfF4, 0x80, 0x8F, twoMore}, // above is nothing
-};
+// The longest sequence less its last byte.
+constexpr std::size_t lookBehind = 3;
 
-// For each byte a row of next states, six bits wide, so that a step is a shift and no branch.
-constexpr auto transitions = [] {
-    std::array<std::uint64_t, 256> rows {};
-    for (const auto& step : validSteps) {
-        for (unsigned byte = step.first; byte <= step.last; ++byte)
-            rows[byte] |= std::uint64_t {step.next} << step.state;
-    }
-    return rows;
-}();
-
-/// Reads a text in pieces.
-class UTF8Reader {
-public:
-    void read(char byte) { m_row = transitions[static_cast<unsigned char>(byte)] >> (m_row & 63); }
-    bool isBetweenCharacters() const { return (m_row & 63) == character; }
-
-private:
-    std::uint64_t m_row = character; // its low six bits are the state
-};
-
-constexpr std::size_t stride = 16;
-
-bool isASCII(const char* bytes) {
-    std::uint64_t halves[2];
-    static_assert(sizeof halves == stride);
-    std::memcpy(halves, bytes, stride);
-    return ((halves[0] | halves[1]) & 0x8080808080808080) == 0;
+/// Where valid UTF-8 (RFC 3629, section 4) does not go on in the bytes from `bytes`. The three
+/// before count too.
+Lanes malformedAt(const char* bytes) {
+    const Lanes here = lanesAt(bytes), before = lanesAt(bytes - 1);
+    const Lanes isWanted = isAtLeast(before, 0xC0) | isAtLeast(lanesAt(bytes - 2), 0xE0)
+        | isAtLeast(lanesAt(bytes - lookBehind), 0xF0);
+    // Less room after these: what is below is overlong, what is above a surrogate or nothing.
+    const Lanes first = 0x80 + (isEqual(before, 0xE0) & 0x20) + (isEqual(before, 0xF0) & 0x10);
+    const Lanes last = 0xBF - (isEqual(before, 0xED) & 0x20) - (isEqual(before, 0xF4) & 0x30);
+    const Lanes isContinuation = reinterpret_cast<Lanes>(here - first <= last - first);
+    const Lanes isNever = isEqual(here & 0xFE, 0xC0) | isAtLeast(here, 0xF5);
+    return (isWanted ^ isContinuation) | isNever;
 }
 
 } // namespace
@@ -147,27 +107,31 @@ std::optional<char32_t> takeCodePoint(std::string_view& utf8) {
 }
 
 bool isValidUTF8(std::string_view text) {
-    // A step waits for the one before, so the halves are read side by side. The second begins where
-    // a character may; where three bytes back there is none, neither is the text valid.
-    std::size_t middle = text.size() / 2;
-    for (int i = 0; i < 3 && middle > 0 && (text[middle] & 0xC0) == 0x80; ++i)
-        --middle;
-    std::string_view first = text.substr(0, middle), second = text.substr(middle);
-    UTF8Reader firstReader, secondReader;
-    for (; first.size() >= stride; first.remove_prefix(stride), second.remove_prefix(stride)) {
-        const bool isSkipped = firstReader.isBetweenCharacters()
-            && secondReader.isBetweenCharacters() && isASCII(first.data())
-            && isASCII(second.data());
-        for (std::size_t i = 0; !isSkipped && i < stride; ++i) {
-            firstReader.read(first[i]);
-            secondReader.read(second[i]);
-        }
+    while (text.size() >= laneCount && isASCII(lanesAt(text.data())))
+        text.remove_prefix(laneCount);
+
+    // One by one, until there are bytes before; a short text to its end.
+    const std::size_t size = text.size();
+    while (!text.empty() && (size < 2 * laneCount || size - text.size() < lookBehind)) {
+        if (static_cast<unsigned char>(text[0]) < 0x80)
+            text.remove_prefix(1);
+        else if (!takeCodePoint(text))
+            return false;
     }
-    for (const char byte : first)
-        firstReader.read(byte);
-    for (const char byte : second)
-        secondReader.read(byte);
-    return firstReader.isBetweenCharacters() && secondReader.isBetweenCharacters();
+    if (text.empty())
+        return true;
+
+    const char* bytes = text.data();
+    const char* const last = bytes + text.size() - laneCount;
+    Lanes malformed = malformedAt(last);
+    for (; bytes < last; bytes += laneCount) {
+        if (!isASCII(lanesAt(bytes - lookBehind) | lanesAt(bytes)))
+            malformed |= malformedAt(bytes);
+    }
+    const Lanes end = lanesAt(last);
+    const bool isCutShort =
+        end[laneCount - 1] >= 0xC0 || end[laneCount - 2] >= 0xE0 || end[laneCount - 3] >= 0xF0;
+    return !isCutShort && !isAnySet(malformed);
 }
 
 std::optional<char16_t> firstUnit(std::string_view utf8) {

@@ -27,6 +27,10 @@ inline Lanes isEqual(Lanes lanes, std::uint8_t byte) {
     return reinterpret_cast<Lanes>(lanes == byte);
 }
 
+inline Lanes isAtLeast(Lanes lanes, std::uint8_t byte) {
+    return reinterpret_cast<Lanes>(lanes >= byte);
+}
+
 inline Lanes isWithin(Lanes lanes, std::uint8_t first, std::uint8_t last) {
     const auto width = static_cast<std::uint8_t>(last - first);
     return reinterpret_cast<Lanes>(lanes - first <= width);
@@ -34,13 +38,28 @@ inline Lanes isWithin(Lanes lanes, std::uint8_t first, std::uint8_t last) {
 
 inline Lanes choose(Lanes mask, Lanes one, Lanes other) { return (one & mask) | (other & ~mask); }
 
+/// Each two that begin at an even place in the other's place.
+inline Lanes neighbours(Lanes lanes) {
+    using Pairs [[gnu::vector_size(16)]] = std::uint16_t;
+    const auto pairs = reinterpret_cast<Pairs>(lanes);
+    return reinterpret_cast<Lanes>(pairs << 8 | pairs >> 8);
+}
+
+inline bool isAnySet(Lanes lanes) {
+    std::uint64_t halves[2];
+    static_assert(sizeof halves == sizeof lanes);
+    std::memcpy(halves, &lanes, sizeof halves);
+    return (halves[0] | halves[1]) != 0;
+}
+
 struct ByteRange {
     std::uint8_t first, last;
 };
 
-/// How many bytes of a text are in any of some ranges, none of which overlaps another.
+/// How many bytes are in any of some ranges, none of which overlaps another. Takes those counted
+/// off the text; what is left is less than `laneCount`.
 template <std::size_t rangeCount>
-std::size_t countWithin(std::string_view text, const std::array<ByteRange, rangeCount>& ranges) {
+std::size_t countWithin(std::string_view& text, const std::array<ByteRange, rangeCount>& ranges) {
     std::size_t count = 0;
     while (text.size() >= laneCount) {
         Lanes counts {};
@@ -53,10 +72,6 @@ std::size_t countWithin(std::string_view text, const std::array<ByteRange, range
         }
         for (std::size_t i = 0; i < laneCount; ++i)
             count += counts[i];
-    }
-    for (const char byte : text) {
-        for (const ByteRange& range : ranges)
-            count += static_cast<std::uint8_t>(byte - range.first) <= range.last - range.first;
     }
     return count;
 }
