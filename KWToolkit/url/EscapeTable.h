@@ -44,7 +44,7 @@ public:
     std::size_t escapedSize(std::string_view text) const {
         // For a short text it is not worth the while to set out.
         std::size_t size = 0;
-        if (text.size() >= 128) {
+        if (text.size() >= 2 * laneCount) {
             size = text.size() - text.size() % laneCount; // of what is counted
             size += 2 * countWithin(text, m_escaped);
         }

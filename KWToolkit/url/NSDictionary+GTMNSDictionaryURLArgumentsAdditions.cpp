@@ -57,8 +57,10 @@ std::map<std::string, std::string> gtm_dictionaryWithHttpArgumentsString(std::st
         if (value.empty())
             continue;
         const std::string_view key = takeUntil(value, '=');
-        const auto [place, isNew] = arguments.try_emplace(unescaped(key));
-        if (isNew)
+        // Queries made from a map, as ours are, come in its order. The first of a name counts.
+        const std::size_t count = arguments.size();
+        const auto place = arguments.try_emplace(arguments.end(), unescaped(key));
+        if (arguments.size() > count)
             place->second = unescaped(value);
     }
     return arguments;

@@ -88,26 +88,32 @@ std::optional<std::string> gtm_stringByUnescapingFromURLArgument(std::string_vie
     const char* const fromEnd = from + text.size();
     char* to = result.data();
     char* const toEnd = to + result.size();
+    const auto unescapeUntil = [&](const char* stop) {
+        while (to < toEnd && from < stop) {
+            const char byte = *from++;
+            if (byte != '%') {
+                *to++ = byte == '+' ? ' ' : byte;
+                continue;
+            }
+            if (fromEnd - from < 2)
+                return false;
+            const Byte high = digitValue[static_cast<Byte>(*from++)];
+            const Byte low = digitValue[static_cast<Byte>(*from++)];
+            if ((high | low) & noDigit)
+                return false;
+            *to++ = static_cast<char>(high << 4 | low);
+        }
+        return true;
+    };
+    constexpr std::ptrdiff_t around = 2;
+    if (!unescapeUntil(from + std::min(around, fromEnd - from)))
+        return std::nullopt;
     Lanes wrong {};
-    while (to < toEnd && from < fromEnd) {
-        if (from - text.data() >= 2 && fromEnd - from >= std::ptrdiff_t {laneCount + 2}
-            && toEnd - to > std::ptrdiff_t {laneCount}) {
-            unescapeLanes(from, to, wrong);
-            continue;
-        }
-        const char byte = *from++;
-        if (byte != '%') {
-            *to++ = byte == '+' ? ' ' : byte;
-            continue;
-        }
-        if (fromEnd - from < 2)
-            return std::nullopt;
-        const Byte high = digitValue[static_cast<Byte>(*from++)];
-        const Byte low = digitValue[static_cast<Byte>(*from++)];
-        if ((high | low) & noDigit)
-            return std::nullopt;
-        *to++ = static_cast<char>(high << 4 | low);
-    }
+    while (fromEnd - from >= std::ptrdiff_t {laneCount} + around
+        && toEnd - to >= std::ptrdiff_t {laneCount} + around)
+        unescapeLanes(from, to, wrong);
+    if (!unescapeUntil(fromEnd))
+        return std::nullopt;
     if (from < fromEnd || isAnySet(wrong))
         return std::nullopt;
     if (escapes > 0 && !isValidUTF8(result))

@@ -52,6 +52,17 @@ inline bool isAnySet(Lanes lanes) {
     return (halves[0] | halves[1]) != 0;
 }
 
+inline std::size_t sumOf(Lanes lanes) {
+    std::uint64_t halves[2];
+    std::memcpy(halves, &lanes, sizeof halves);
+    std::uint64_t sum = 0;
+    for (const std::uint64_t half : halves) {
+        constexpr std::uint64_t everyOther = 0x00FF00FF00FF00FF;
+        sum += (((half & everyOther) + (half >> 8 & everyOther)) * 0x0001000100010001) >> 48;
+    }
+    return sum;
+}
+
 struct ByteRange {
     std::uint8_t first, last;
 };
@@ -70,8 +81,7 @@ std::size_t countWithin(std::string_view& text, const std::array<ByteRange, rang
                 counts -= isWithin(bytes, range.first, range.last);
             text.remove_prefix(laneCount);
         }
-        for (std::size_t i = 0; i < laneCount; ++i)
-            count += counts[i];
+        count += sumOf(counts);
     }
     return count;
 }

@@ -113,7 +113,12 @@ bool isValidUTF8(std::string_view text) {
     // One by one, until there are bytes before; a short text to its end.
     const std::size_t size = text.size();
     while (!text.empty() && (size < 2 * laneCount || size - text.size() < lookBehind)) {
-        if (static_cast<unsigned char>(text[0]) < 0x80)
+        std::uint64_t eight = 0x80;
+        if (text.size() >= sizeof eight)
+            std::memcpy(&eight, text.data(), sizeof eight);
+        if ((eight & 0x8080808080808080) == 0)
+            text.remove_prefix(sizeof eight);
+        else if (static_cast<unsigned char>(text[0]) < 0x80)
             text.remove_prefix(1);
         else if (!takeCodePoint(text))
             return false;
