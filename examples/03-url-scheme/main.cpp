@@ -41,11 +41,11 @@ private:
         std::cout << "say";
         for (const std::string& word : words)
             std::cout << " '" << kw::urlDecode(word) << "'";
-        std::cout << std::endl;
+        std::cout << '\n';
     }
     void quit(const std::vector<std::string>&) { kw::Platform::runLoop().stop(); }
     void unhandledUrlCall(const std::string& url) {
-        std::cout << "cannot be understood: " << url << std::endl;
+        std::cout << "cannot be understood: " << url << '\n';
     }
 };
 
@@ -59,16 +59,16 @@ int fail(const std::error_code& error) {
 int receive(const std::vector<std::string>& urls) {
     switch (kw::Platform::urlEvents().receive(urls)) {
     case kw::UrlReception::elsewhere:
-        std::cout << "handed over" << std::endl;
+        std::cout << "handed over" << '\n';
         return 0;
     case kw::UrlReception::unanswered:
-        std::cout << "the one that runs does not answer" << std::endl;
+        std::cout << "the one that runs does not answer" << '\n';
         return 1;
     case kw::UrlReception::argumentsOnly:
-        std::cout << "there is no bus, and no other URL will come" << std::endl;
+        std::cout << "there is no bus, and no other URL will come" << '\n';
         break;
     case kw::UrlReception::here:
-        std::cout << "waiting for URLs" << std::endl;
+        std::cout << "waiting for URLs" << '\n';
         break;
     }
     Listener listener;
@@ -81,6 +81,7 @@ int receive(const std::vector<std::string>& urls) {
 
 int main(int argc, char** argv) {
     const std::vector<std::string> arguments(argv + 1, argv + argc);
+    std::cout << std::unitbuf; // whoever reads it reads along
     kw::NSBundle::mainBundle().declare({
         .name = "URL scheme example",
         .identifier = "org.kwtoolkit.examples.UrlScheme",

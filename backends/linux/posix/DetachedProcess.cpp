@@ -48,6 +48,7 @@ std::error_code startDetached(const std::vector<std::string>& arguments) {
     if (arguments.empty())
         return std::make_error_code(std::errc::invalid_argument);
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (const std::string& argument : arguments)
         pointers.push_back(const_cast<char*>(argument.c_str()));
     pointers.push_back(nullptr);

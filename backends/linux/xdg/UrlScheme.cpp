@@ -76,7 +76,8 @@ std::error_code writeEntry(const std::string& path, const DesktopEntry& entry) {
 DesktopEntry startingEntry(const std::string& entryName) {
     for (const std::string& folder : baseFolders().dataFolders) {
         std::optional<DesktopEntry> installed;
-        if (!readEntry(folder + "/applications/" + entryName, installed) && installed)
+        const fs::path path = fs::path(folder) / "applications" / entryName;
+        if (!readEntry(path.string(), installed) && installed)
             return *installed;
     }
     DesktopEntry entry("");
