@@ -67,6 +67,8 @@ void unescapeLanes(const char*& from, char*& to, Lanes& wrong) {
     from += laneCount + 2 * (from[laneCount - 1] == '%') + (from[laneCount - 2] == '%');
 }
 
+bool isPlain(char byte) { return byte != '%' && byte != '+' && static_cast<Byte>(byte) < 0x80; }
+
 } // namespace
 
 std::optional<std::string> gtm_stringByEscapingForURLArgument(std::string_view text) {
@@ -76,6 +78,9 @@ std::optional<std::string> gtm_stringByEscapingForURLArgument(std::string_view t
 }
 
 std::optional<std::string> gtm_stringByUnescapingFromURLArgument(std::string_view text) {
+    // Most names are short and mean themselves.
+    if (text.size() <= laneCount && std::ranges::all_of(text, isPlain))
+        return std::string(text);
     std::string_view rest = text;
     auto escapes = countWithin(rest, std::array {ByteRange {'%', '%'}});
     escapes += static_cast<std::size_t>(std::ranges::count(rest, '%'));

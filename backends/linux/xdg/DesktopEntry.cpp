@@ -90,8 +90,8 @@ void DesktopEntry::setValue(
         // A last line without an end would run into the header.
         if (!text().empty() && text().back() != '\n')
             m_groups.back().lines.push_back({.text = "\n"});
-        m_groups.push_back(
-            {.name = std::string(group), .lines = {{.text = "[" + std::string(group) + "]\n"}}});
+        m_groups.push_back({.name = std::string(group)});
+        m_groups.back().lines.push_back({.text = std::string("[").append(group).append("]\n")});
         found = m_groups.end() - 1;
     }
     auto& lines = found->lines;
@@ -154,7 +154,9 @@ std::string escapedDesktopString(std::string_view text) {
             (value += '\\') += "ntr\\"[letter];
     }
     // A blank at the beginning would not be part of the value.
-    return value.starts_with(' ') ? "\\s" + value.substr(1) : value;
+    if (value.starts_with(' '))
+        value.replace(0, 1, "\\s");
+    return value;
 }
 
 std::string quotedExecArgument(std::string_view argument) {
@@ -166,7 +168,9 @@ std::string quotedExecArgument(std::string_view argument) {
             quoted += '\\';
         quoted.append(character == '%' ? 2 : 1, character);
     }
-    return isQuoted ? "\"" + quoted + "\"" : quoted;
+    if (isQuoted)
+        quoted.insert(0, 1, '"').push_back('"');
+    return quoted;
 }
 
 std::string unescapedDesktopString(std::string_view value) {
