@@ -67,7 +67,36 @@ void unescapeLanes(const char*& from, char*& to, Lanes& wrong) {
     from += laneCount + 2 * (from[laneCount - 1] == '%') + (from[laneCount - 2] == '%');
 }
 
-bool isPlain(char byte) { return byte != '%' && byte != '+' && static_cast<Byte>(byte) < 0x80; }
+// What is unescaped byte by byte, since setting out for more takes as long.
+constexpr std::size_t longestShort = 48;
+
+std::optional<std::string> unescapeShort(std::string_view text) {
+    std::array<char, longestShort> room;
+    std::size_t size = 0;
+    Byte seen = 0, made = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        char byte = text[i];
+        seen |= static_cast<Byte>(byte);
+        if (byte == '%') {
+            if (text.size() - i < 3)
+                return std::nullopt;
+            const Byte high = digitValue[static_cast<Byte>(text[i + 1])];
+            const Byte low = digitValue[static_cast<Byte>(text[i + 2])];
+            if ((high | low) & noDigit)
+                return std::nullopt;
+            byte = static_cast<char>(high << 4 | low);
+            i += 2;
+        } else if (byte == '+') {
+            byte = ' ';
+        }
+        made |= static_cast<Byte>(byte);
+        room[size++] = byte;
+    }
+    const std::string_view result(room.data(), size);
+    if (((seen & 0x80) && !isValidUTF8(text)) || ((made & 0x80) && !isValidUTF8(result)))
+        return std::nullopt;
+    return std::string(result);
+}
 
 } // namespace
 
@@ -78,9 +107,8 @@ std::optional<std::string> gtm_stringByEscapingForURLArgument(std::string_view t
 }
 
 std::optional<std::string> gtm_stringByUnescapingFromURLArgument(std::string_view text) {
-    // Most names are short and mean themselves.
-    if (text.size() <= laneCount && std::ranges::all_of(text, isPlain))
-        return std::string(text);
+    if (text.size() <= longestShort)
+        return unescapeShort(text);
     std::string_view rest = text;
     auto escapes = countWithin(rest, std::array {ByteRange {'%', '%'}});
     escapes += static_cast<std::size_t>(std::ranges::count(rest, '%'));
