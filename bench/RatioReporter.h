@@ -37,4 +37,18 @@ private:
     std::map<std::string, double> m_times;
 };
 
+/// Reads the command line's flags, which go before these: what is compared is measured in turns, so
+/// many times. False for a flag that is none.
+inline bool initializeInTurns(int argc, char** argv, int repetitions, const char* minimumTime) {
+    std::string defaults[] {"--benchmark_repetitions=" + std::to_string(repetitions),
+        std::string("--benchmark_min_time=") + minimumTime,
+        "--benchmark_enable_random_interleaving=true", "--benchmark_report_aggregates_only=true"};
+    std::vector<char*> arguments(argv, argv + argc);
+    for (std::string& argument : defaults)
+        arguments.insert(arguments.begin() + 1, argument.data());
+    int count = static_cast<int>(arguments.size());
+    benchmark::Initialize(&count, arguments.data());
+    return !benchmark::ReportUnrecognizedArguments(count, arguments.data());
+}
+
 } // namespace kw::bench

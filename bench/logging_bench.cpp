@@ -218,15 +218,7 @@ bool enterPrivateDevices() {
 } // namespace
 
 int main(int argc, char** argv) {
-    std::vector<char*> arguments(argv, argv + argc);
-    // What is compared is measured in turns.
-    std::string defaults[] {"--benchmark_repetitions=7", "--benchmark_min_time=0.2",
-        "--benchmark_enable_random_interleaving=true", "--benchmark_report_aggregates_only=true"};
-    for (std::string& argument : defaults)
-        arguments.insert(arguments.begin() + 1, argument.data());
-    int count = static_cast<int>(arguments.size());
-    benchmark::Initialize(&count, arguments.data());
-    if (benchmark::ReportUnrecognizedArguments(count, arguments.data()))
+    if (!bench::initializeInTurns(argc, argv, 7, "0.2"))
         return 2;
 
     if (!enterPrivateDevices()) {

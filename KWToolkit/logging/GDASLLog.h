@@ -69,7 +69,8 @@ public:
     void close();
 
     /// How many messages did not reach the system log: there was none, it did not take them fast
-    /// enough, or they were too long for it. A copy in the file does not count.
+    /// enough, or they were too long for it. A copy in the file does not count. 0
+    /// once the channel is closed.
     std::uint64_t unsentMessageCount() const;
 
 private:

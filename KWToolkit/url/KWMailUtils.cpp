@@ -4,6 +4,7 @@
 
 #include <KWToolkit/platform/Platform.h>
 #include <KWToolkit/platform/foundation/NSBundle.h>
+#include <KWToolkit/url/EscapeTable.h>
 
 #include <algorithm>
 
@@ -13,20 +14,13 @@ namespace {
 
 constexpr const char* nullText = "(null)"; // what the platform prints for no object
 
+constexpr EscapeTable table({{'\0', ' '}, {'"', '#'}, {'%', '%'}, {'<', '<'}, {'>', '>'},
+    {'[', '^'}, {'`', '`'}, {'{', '}'}, {'\x7F', '\x7F'}});
+
 std::string escaped(std::string_view text) {
-    constexpr std::string_view never = " <>#%\"{}|\\^[]`\x7F";
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    std::string result;
-    for (const char character : text) {
-        const auto byte = static_cast<unsigned char>(character);
-        if (byte > 0x7F)
-            return nullText;
-        if (byte < 0x20 || never.find(character) != never.npos)
-            (result += '%') += {digits[byte >> 4], digits[byte & 0xF]};
-        else
-            result += character;
-    }
-    return result;
+    const bool isASCII =
+        std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    return isASCII ? table.escaped(text) : nullText;
 }
 
 std::string information(const char* key) {

@@ -208,6 +208,20 @@ TEST_F(SystemLogTest, NeverWaitsForAReader) {
     EXPECT_TRUE(daemon.take());
 }
 
+TEST_F(SystemLogTest, ASocketOfAnotherKindCostsNoDescriptor) {
+    const FileDescriptor stream(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    sockaddr_un address {};
+    address.sun_family = AF_UNIX;
+    syslogPath.copy(address.sun_path, sizeof address.sun_path - 1);
+    ASSERT_EQ(::bind(stream.get(), reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    const auto client = open("Host", "user");
+    const int next = ::dup(STDERR_FILENO);
+    ::close(next);
+    for (int i = 0; i < 20'000; ++i) // looks for a daemon many times
+        client->log(SystemLogLevel::info, "x");
+    EXPECT_EQ(FileDescriptor(::dup(STDERR_FILENO)).get(), next);
+}
+
 TEST_F(SystemLogTest, OutlivesTheClosingOfAllDescriptors) {
     Daemon daemon(syslogPath);
     const int last = ::dup(STDERR_FILENO);
@@ -283,6 +297,9 @@ TEST_F(SystemLogTest, FollowsARotatedFile) {
     std::filesystem::rename(filePath, filePath + ".1");
     EXPECT_TRUE(logUntil(isThere));
     EXPECT_THAT(readLines(filePath + ".1")[0], testing::EndsWith("first"));
+    // The caller's descriptor goes along, so that the old file can be given back.
+    EXPECT_EQ(
+        std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(file.get())), filePath);
     std::filesystem::remove(filePath);
     EXPECT_TRUE(logUntil(isThere));
     // A new file that is there already is not cut.

@@ -85,12 +85,20 @@ TEST_P(RunLoopContract, LoopsNestAndStopTheInnermost) {
         });
         loop->run();
         // What was scheduled before the inner loop began happens in it, too.
-        schedule([this] { loop->run(); });
-        schedule(stop());
+        schedule([this] {
+            loop->run();
+            log.emplace_back("inner ended");
+        });
+        schedule([this] {
+            log.emplace_back("within");
+            loop->stop();
+        });
         loop->callAfter(0.001, stop());
         loop->run();
     }
-    EXPECT_THAT(log, testing::ElementsAre("inner", "outer", "inner", "outer"));
+    EXPECT_THAT(log,
+        testing::ElementsAre(
+            "inner", "outer", "within", "inner ended", "inner", "outer", "within", "inner ended"));
 }
 
 TEST_P(RunLoopContract, AStopAheadOfItsTimeEndsTheNextRun) {

@@ -6,7 +6,6 @@
 #include <KWToolkit/platform/foundation/NSBundle.h>
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -15,12 +14,6 @@
 namespace kw {
 
 namespace {
-
-template <class Number>
-std::string textOf(Number number) {
-    std::array<char, 32> room;
-    return {room.data(), std::to_chars(room.begin(), room.end(), number).ptr};
-}
 
 std::string_view withoutBlanks(std::string_view text) {
     return text.substr(std::min(text.find_first_not_of(" \t\n\r"), text.size()));
@@ -93,11 +86,8 @@ std::optional<std::string> NSUserDefaults::stringForKey(const std::string& key) 
     const auto value = objectForKey(key);
     if (!value)
         return std::nullopt;
-    if (const auto* const number = value->integer())
-        return textOf(*number);
-    if (const auto* const number = value->real())
-        return textOf(*number);
-    return copied(value->string());
+    const bool isText = value->string() || value->integer() || value->real();
+    return isText ? std::optional(description(*value)) : std::nullopt;
 }
 
 bool NSUserDefaults::boolForKey(const std::string& key) const {

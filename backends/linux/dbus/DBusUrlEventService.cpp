@@ -30,12 +30,13 @@ std::string pathOf(std::string identifier) {
     return "/" + identifier;
 }
 
-std::string validUTF8(std::string_view url) {
+/// With escapes for bytes that no string on the bus can hold.
+std::string busString(std::string_view url) {
     constexpr std::string_view digits = "0123456789ABCDEF";
     std::string valid;
     while (!url.empty()) {
         const std::string_view before = url;
-        if (takeCodePoint(url)) {
+        if (url.front() != '\0' && takeCodePoint(url)) {
             valid += before.substr(0, before.size() - url.size());
             continue;
         }
@@ -96,7 +97,7 @@ int appendPlatformData(sd_bus_message* message) {
     for (const auto& [key, variable] : tokens) {
         const char* const value = std::getenv(variable);
         if (error >= 0 && value)
-            error = sd_bus_message_append(message, "{sv}", key, "s", validUTF8(value).c_str());
+            error = sd_bus_message_append(message, "{sv}", key, "s", busString(value).c_str());
     }
     return error < 0 ? error : sd_bus_message_close_container(message);
 }
@@ -105,7 +106,7 @@ int appendURLs(sd_bus_message* message, const std::vector<std::string>& urls) {
     int error = sd_bus_message_open_container(message, 'a', "s");
     for (const std::string& url : urls) {
         if (error >= 0)
-            error = sd_bus_message_append(message, "s", validUTF8(url).c_str());
+            error = sd_bus_message_append(message, "s", busString(url).c_str());
     }
     return error < 0 ? error : sd_bus_message_close_container(message);
 }
@@ -210,9 +211,9 @@ UrlReception DBusUrlEventService::receive(const std::vector<std::string>& urls) 
         const int error = m_connection->sendTo(identifier, urls);
         if (error == 0)
             return UrlReception::elsewhere;
-        if (error == -ETIMEDOUT)
+        claimed = claim(); // the owner may have left, also without an answer
+        if (error == -ETIMEDOUT && claimed == Claim::taken)
             return UrlReception::unanswered;
-        claimed = claim(); // the owner may have left
     }
     for (const std::string& url : urls)
         deliver({kInternetEventClass, kAEGetURL, url});

@@ -21,7 +21,8 @@ namespace kw {
 /// as in "org.example"), there are only the URLs that `receive` is given.
 ///
 /// `receive` waits for the owner's answer for three seconds at most. A byte of a URL that is not
-/// UTF-8 travels percent-escaped. A bus that goes away is connected to again at the next call.
+/// UTF-8, or 0, travels percent-escaped. A bus that goes away is connected to again at the next
+/// call.
 class KW_EXPORT DBusUrlEventService final : public UrlEventService {
 public:
     DBusUrlEventService();

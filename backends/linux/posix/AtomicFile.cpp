@@ -49,17 +49,6 @@ std::error_code followLinks(fs::path& path) {
     return {};
 }
 
-std::error_code writeAll(int descriptor, std::string_view content) {
-    while (!content.empty()) {
-        const ssize_t count =
-            uninterrupted([&] { return ::write(descriptor, content.data(), content.size()); });
-        if (count < 0)
-            return lastError();
-        content.remove_prefix(static_cast<std::size_t>(count));
-    }
-    return {};
-}
-
 std::error_code fill(int descriptor, std::string_view content, mode_t mode) {
     if (uninterrupted([=] { return ::ftruncate(descriptor, 0); }) != 0)
         return lastError();

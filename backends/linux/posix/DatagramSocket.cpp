@@ -35,14 +35,15 @@ DatagramSocket::Outcome outcomeOf(ssize_t result) {
     }
 }
 
-bool writeAll(int descriptor, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t count = ::write(descriptor, bytes.data(), bytes.size());
-        if (count < 0 && errno != EINTR)
-            return false;
-        bytes.remove_prefix(count < 0 ? 0 : static_cast<std::size_t>(count));
-    }
-    return true;
+/// Whether the descriptor still stands for a socket of this kind.
+bool isDatagramSocket(int descriptor) {
+    const auto is = [descriptor](int option, int expected) {
+        int value = -1;
+        socklen_t size = sizeof value;
+        return ::getsockopt(descriptor, SOL_SOCKET, option, &value, &size) == 0
+            && value == expected;
+    };
+    return is(SO_DOMAIN, AF_UNIX) && is(SO_TYPE, SOCK_DGRAM);
 }
 
 } // namespace
@@ -64,14 +65,12 @@ bool DatagramSocket::connect() {
     int descriptor = m_descriptor.load(std::memory_order_acquire);
     if (descriptor >= 0 && ::connect(descriptor, address, sizeof m_address) == 0)
         return true;
-    // A daemon that starts closes what it has inherited. The number may be someone else's by now,
-    // so it is given up and not closed.
-    if (descriptor < 0 || errno == EBADF || errno == ENOTSOCK || errno == EPROTOTYPE
-        || errno == EISCONN || errno == EAFNOSUPPORT) {
-        descriptor = openedAnewUnless(descriptor);
-        return descriptor >= 0 && ::connect(descriptor, address, sizeof m_address) == 0;
-    }
-    return false;
+    if (descriptor >= 0 && isDatagramSocket(descriptor))
+        return false;
+    // A program that becomes a daemon closes what it has inherited. The number may be someone
+    // else's by now, so it is given up and not closed.
+    descriptor = openedAnewUnless(descriptor);
+    return descriptor >= 0 && ::connect(descriptor, address, sizeof m_address) == 0;
 }
 
 int DatagramSocket::openedAnewUnless(int former) {
@@ -90,7 +89,7 @@ DatagramSocket::Outcome DatagramSocket::send(std::string_view bytes) {
 DatagramSocket::Outcome DatagramSocket::sendAsFile(std::string_view bytes) {
     const FileDescriptor file(::memfd_create("log-entry", MFD_CLOEXEC | MFD_ALLOW_SEALING));
     constexpr int seals = F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_WRITE | F_SEAL_SEAL;
-    if (file.get() < 0 || !writeAll(file.get(), bytes)
+    if (file.get() < 0 || writeAll(file.get(), bytes)
         || ::fcntl(file.get(), F_ADD_SEALS, seals) != 0)
         return Outcome::refused;
 

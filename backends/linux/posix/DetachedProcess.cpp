@@ -21,7 +21,7 @@ namespace {
 void resetSignals() {
     struct sigaction action {};
     action.sa_handler = SIG_DFL;
-    for (int number = 1; number < SIGRTMIN; ++number)
+    for (int number = 1; number < NSIG; ++number)
         ::sigaction(number, &action, nullptr);
     sigset_t none;
     ::sigemptyset(&none);

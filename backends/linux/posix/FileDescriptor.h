@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -43,5 +44,17 @@ auto uninterrupted(Call call) {
 
 /// What the last system call of the thread failed with.
 inline std::error_code lastError() { return {errno, std::generic_category()}; }
+
+/// Writes all of the bytes, in as many calls as it takes.
+inline std::error_code writeAll(int descriptor, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t count =
+            uninterrupted([&] { return ::write(descriptor, bytes.data(), bytes.size()); });
+        if (count < 0)
+            return lastError();
+        bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+    return {};
+}
 
 } // namespace kw

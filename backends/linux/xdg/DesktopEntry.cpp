@@ -85,6 +85,18 @@ std::optional<std::string> DesktopEntry::localizedString(
 void DesktopEntry::setValue(
     std::string_view group, std::string_view key, const std::string& value) {
     const std::string line = std::string(key) + "=" + value + "\n";
+    // The one that `value` reads, should there be several.
+    for (auto candidate = m_groups.rbegin(); candidate != m_groups.rend(); ++candidate) {
+        if (candidate->name != group)
+            continue;
+        auto& lines = candidate->lines;
+        const auto former = std::find_if(
+            lines.rbegin(), lines.rend(), [&](const Line& other) { return other.key == key; });
+        if (former != lines.rend()) {
+            *former = {line, std::string(key), value};
+            return;
+        }
+    }
     auto found = std::ranges::find(m_groups, group, &Group::name);
     if (found == m_groups.end()) {
         // A last line without an end would run into the header.
@@ -95,11 +107,6 @@ void DesktopEntry::setValue(
         found = m_groups.end() - 1;
     }
     auto& lines = found->lines;
-    const auto former = std::ranges::find(lines, key, &Line::key);
-    if (former != lines.end()) {
-        *former = {line, std::string(key), value};
-        return;
-    }
     auto end = lines.end();
     while (end != lines.begin() && withoutEnd((end - 1)->text).empty())
         --end;
@@ -119,9 +126,8 @@ std::vector<std::string> DesktopEntry::list(std::string_view value) {
     std::vector<std::string> parts;
     std::string part;
     for (std::size_t i = 0; i < value.size(); ++i) {
-        if (value[i] == '\\' && i + 1 < value.size() && value[i + 1] == ';') {
-            part += ';';
-            ++i;
+        if (value[i] == '\\' && i + 1 < value.size()) {
+            part += value[++i] == ';' ? ";" : value.substr(i - 1, 2);
         } else if (value[i] == ';') {
             parts.push_back(std::exchange(part, {}));
         } else {

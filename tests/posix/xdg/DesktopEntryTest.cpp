@@ -75,6 +75,20 @@ TEST(DesktopEntry, UnescapesStrings) {
     EXPECT_EQ(unescapedDesktopString(R"(\s\n\t\r\\s\x\;\)"), " \n\t\r\\s\\x\\;\\");
 }
 
+TEST(DesktopEntry, ChangesOneValueOnly) {
+    DesktopEntry entry("[A]\nx=1\nx=2\n\n[B]\nx=3\n[A]\ny=4");
+    entry.setValue("A", "x", "5"); // the one that holds
+    entry.setValue("A", "z", "6");
+    entry.setValue("C", "x", "7");
+    EXPECT_EQ(entry.value("A", "x"), "5");
+    EXPECT_EQ(entry.text(), "[A]\nx=1\nx=5\nz=6\n\n[B]\nx=3\n[A]\ny=4\n[C]\nx=7\n");
+    entry.removeKey("A", "x");
+    EXPECT_EQ(entry.text(), "[A]\nz=6\n\n[B]\nx=3\n[A]\ny=4\n[C]\nx=7\n");
+    const std::vector<std::string> parts {"a", "b;c", R"(d\\)"};
+    EXPECT_EQ(DesktopEntry::listValue(parts), R"(a;b\;c;d\\;)");
+    EXPECT_EQ(DesktopEntry::list(DesktopEntry::listValue(parts)), parts);
+}
+
 TEST(DesktopEntry, SplitsExec) {
     using Positions = std::vector<std::size_t>;
     const struct {
