@@ -46,6 +46,10 @@ private:
     std::mutex m_localTime;
 };
 
+// Made when the library is loaded: a child forked while another thread made it would wait forever
+// for that thread.
+[[maybe_unused]] const Process& madeEarly = Process::shared();
+
 template <std::size_t capacity>
 void set(LogOrigin::Text<capacity>& text, std::string_view value) {
     text.size = value.copy(text.bytes.data(), capacity);
