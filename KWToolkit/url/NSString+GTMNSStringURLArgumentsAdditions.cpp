@@ -71,8 +71,8 @@ void unescapeLanes(const char*& from, char*& to, Lanes& wrong) {
 constexpr std::size_t longestShort = 48;
 
 std::optional<std::string> unescapeShort(std::string_view text) {
-    std::array<char, longestShort> room;
-    std::size_t size = 0;
+    std::string result(text.size(), '\0');
+    char* to = result.data();
     Byte seen = 0, made = 0;
     for (std::size_t i = 0; i < text.size(); ++i) {
         char byte = text[i];
@@ -90,12 +90,12 @@ std::optional<std::string> unescapeShort(std::string_view text) {
             byte = ' ';
         }
         made |= static_cast<Byte>(byte);
-        room[size++] = byte;
+        *to++ = byte;
     }
-    const std::string_view result(room.data(), size);
+    result.resize(static_cast<std::size_t>(to - result.data()));
     if (((seen & 0x80) && !isValidUTF8(text)) || ((made & 0x80) && !isValidUTF8(result)))
         return std::nullopt;
-    return std::string(result);
+    return result;
 }
 
 } // namespace
