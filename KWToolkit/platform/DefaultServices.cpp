@@ -54,6 +54,41 @@ std::unique_ptr<UrlEventService> makeDefaultService() {
 }
 
 template <>
+std::unique_ptr<AlertService> makeDefaultService() {
+    return std::make_unique<UnavailableAlertService>();
+}
+
+template <>
+std::unique_ptr<ApplicationService> makeDefaultService() {
+    return std::make_unique<ProcessApplicationService>();
+}
+
+template <>
+std::unique_ptr<AuthorizationService> makeDefaultService() {
+    return std::make_unique<UnavailableAuthorizationService>();
+}
+
+template <>
+std::unique_ptr<ProcessService> makeDefaultService() {
+    return std::make_unique<UnavailableProcessService>();
+}
+
+template <>
+std::unique_ptr<LoginItems> makeDefaultService() {
+    return std::make_unique<UnavailableLoginItems>();
+}
+
+template <>
+std::unique_ptr<RunningApplications> makeDefaultService() {
+    return std::make_unique<UnavailableRunningApplications>();
+}
+
+template <>
+std::unique_ptr<Locale> makeDefaultService() {
+    return std::make_unique<StandardLocale>();
+}
+
+template <>
 std::unique_ptr<RunLoop> makeDefaultService() {
     return std::make_unique<StandardRunLoop>();
 }

@@ -32,6 +32,20 @@ template <>
 std::unique_ptr<UrlEventService> makeDefaultService();
 template <>
 std::unique_ptr<RunLoop> makeDefaultService();
+template <>
+std::unique_ptr<AlertService> makeDefaultService();
+template <>
+std::unique_ptr<ApplicationService> makeDefaultService();
+template <>
+std::unique_ptr<AuthorizationService> makeDefaultService();
+template <>
+std::unique_ptr<ProcessService> makeDefaultService();
+template <>
+std::unique_ptr<LoginItems> makeDefaultService();
+template <>
+std::unique_ptr<RunningApplications> makeDefaultService();
+template <>
+std::unique_ptr<Locale> makeDefaultService();
 
 // These need nothing but the standard library, so every build has the same.
 template <>
@@ -92,6 +106,13 @@ template struct ServiceSlot<FileSystem>;
 template struct ServiceSlot<SystemLog>;
 template struct ServiceSlot<Workspace>;
 template struct ServiceSlot<UrlEventService>;
+template struct ServiceSlot<AlertService>;
+template struct ServiceSlot<ApplicationService>;
+template struct ServiceSlot<AuthorizationService>;
+template struct ServiceSlot<ProcessService>;
+template struct ServiceSlot<LoginItems>;
+template struct ServiceSlot<RunningApplications>;
+template struct ServiceSlot<Locale>;
 template struct ServiceSlot<Clock>;
 template struct ServiceSlot<Console>;
 template struct ServiceSlot<RunLoop>;
@@ -107,6 +128,19 @@ FileSystem& Platform::fileSystem() { return detail::ServiceSlot<FileSystem>::inU
 SystemLog& Platform::systemLog() { return detail::ServiceSlot<SystemLog>::inUse(); }
 Workspace& Platform::workspace() { return detail::ServiceSlot<Workspace>::inUse(); }
 UrlEventService& Platform::urlEvents() { return detail::ServiceSlot<UrlEventService>::inUse(); }
+AlertService& Platform::alerts() { return detail::ServiceSlot<AlertService>::inUse(); }
+ApplicationService& Platform::application() {
+    return detail::ServiceSlot<ApplicationService>::inUse();
+}
+AuthorizationService& Platform::authorization() {
+    return detail::ServiceSlot<AuthorizationService>::inUse();
+}
+ProcessService& Platform::processes() { return detail::ServiceSlot<ProcessService>::inUse(); }
+LoginItems& Platform::loginItems() { return detail::ServiceSlot<LoginItems>::inUse(); }
+RunningApplications& Platform::runningApplications() {
+    return detail::ServiceSlot<RunningApplications>::inUse();
+}
+Locale& Platform::locale() { return detail::ServiceSlot<Locale>::inUse(); }
 Clock& Platform::clock() { return detail::ServiceSlot<Clock>::inUse(); }
 Console& Platform::console() { return detail::ServiceSlot<Console>::inUse(); }
 RunLoop& Platform::runLoop() { return detail::ServiceSlot<RunLoop>::inUse(); }

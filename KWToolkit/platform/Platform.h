@@ -3,14 +3,21 @@
 #pragma once
 
 #include <KWToolkit/platform/Export.h>
+#include <KWToolkit/platform/services/AlertService.h>
+#include <KWToolkit/platform/services/ApplicationService.h>
+#include <KWToolkit/platform/services/AuthorizationService.h>
 #include <KWToolkit/platform/services/Clock.h>
 #include <KWToolkit/platform/services/Console.h>
 #include <KWToolkit/platform/services/DefaultsStore.h>
 #include <KWToolkit/platform/services/FileSystem.h>
 #include <KWToolkit/platform/services/HotkeyService.h>
 #include <KWToolkit/platform/services/KeyboardLayout.h>
+#include <KWToolkit/platform/services/Locale.h>
+#include <KWToolkit/platform/services/LoginItems.h>
 #include <KWToolkit/platform/services/MainBundle.h>
+#include <KWToolkit/platform/services/ProcessService.h>
 #include <KWToolkit/platform/services/RunLoop.h>
+#include <KWToolkit/platform/services/RunningApplications.h>
 #include <KWToolkit/platform/services/SearchPaths.h>
 #include <KWToolkit/platform/services/SystemLog.h>
 #include <KWToolkit/platform/services/UrlEventService.h>
@@ -34,6 +41,13 @@ public:
     static SystemLog& systemLog();
     static Workspace& workspace();
     static UrlEventService& urlEvents();
+    static AlertService& alerts();
+    static ApplicationService& application();
+    static AuthorizationService& authorization();
+    static ProcessService& processes();
+    static LoginItems& loginItems();
+    static RunningApplications& runningApplications();
+    static Locale& locale();
     static Clock& clock();
     static Console& console();
     /// The calling thread's loop. Other services have one instance a process, this one a thread.
@@ -72,6 +86,13 @@ extern template struct ServiceSlot<FileSystem>;
 extern template struct ServiceSlot<SystemLog>;
 extern template struct ServiceSlot<Workspace>;
 extern template struct ServiceSlot<UrlEventService>;
+extern template struct ServiceSlot<AlertService>;
+extern template struct ServiceSlot<ApplicationService>;
+extern template struct ServiceSlot<AuthorizationService>;
+extern template struct ServiceSlot<ProcessService>;
+extern template struct ServiceSlot<LoginItems>;
+extern template struct ServiceSlot<RunningApplications>;
+extern template struct ServiceSlot<Locale>;
 extern template struct ServiceSlot<Clock>;
 extern template struct ServiceSlot<Console>;
 extern template struct ServiceSlot<RunLoop>;
@@ -86,6 +107,13 @@ FileSystem& portOf(FileSystem&);
 SystemLog& portOf(SystemLog&);
 Workspace& portOf(Workspace&);
 UrlEventService& portOf(UrlEventService&);
+AlertService& portOf(AlertService&);
+ApplicationService& portOf(ApplicationService&);
+AuthorizationService& portOf(AuthorizationService&);
+ProcessService& portOf(ProcessService&);
+LoginItems& portOf(LoginItems&);
+RunningApplications& portOf(RunningApplications&);
+Locale& portOf(Locale&);
 Clock& portOf(Clock&);
 Console& portOf(Console&);
 RunLoop& portOf(RunLoop&);

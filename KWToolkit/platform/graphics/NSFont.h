@@ -12,6 +12,9 @@ struct NSFont {
     double size = 0; ///< in points, as asked for; a size of 0 or less is drawn as the default, 13
     bool isBold = false;
 
+    static constexpr double systemFontSize = 13;
+    static constexpr double smallSystemFontSize = 11;
+
     static NSFont systemFontOfSize(double size) { return {{}, size, false}; }
     static NSFont boldSystemFontOfSize(double size) { return {{}, size, true}; }
 

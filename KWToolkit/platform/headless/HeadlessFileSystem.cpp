@@ -26,6 +26,25 @@ bool HeadlessFileSystem::createDirectory(const std::string& path) {
     return true;
 }
 
+bool HeadlessFileSystem::isWritable(const std::string& path) {
+    return fileExists(path) && !readOnly.contains(path);
+}
+
+std::error_code HeadlessFileSystem::copyItem(const std::string& path, const std::string& to) {
+    if (copyError)
+        return copyError;
+    if (!fileExists(path))
+        return std::make_error_code(std::errc::no_such_file_or_directory);
+    if (fileExists(to))
+        return std::make_error_code(std::errc::file_exists);
+    add(to);
+    return {};
+}
+
+void HeadlessFileSystem::remove(const std::string& path) {
+    std::erase_if(m_items, [&](const Item& item) { return item.path == path; });
+}
+
 void HeadlessFileSystem::add(const std::string& path, FileDate date) {
     const auto item = std::ranges::find(m_items, path, &Item::path);
     if (item == m_items.end())

@@ -4,6 +4,8 @@
 
 #include <KWToolkit/platform/services/FileSystem.h>
 
+#include <set>
+
 namespace kw {
 
 /// Files and folders in memory.
@@ -14,6 +16,14 @@ public:
     /// Only below a path that is there.
     bool createDirectory(const std::string& path) override;
 
+    bool isWritable(const std::string& path) override;
+    /// One item; `copyError` where it is set.
+    std::error_code copyItem(const std::string& path, const std::string& to) override;
+
+    std::set<std::string> readOnly; ///< paths that may not be written to
+    std::error_code copyError;
+
+    void remove(const std::string& path);
     /// Puts a file or folder there, listed after those that are, or gives it a new date.
     void add(const std::string& path, FileDate date = {});
 

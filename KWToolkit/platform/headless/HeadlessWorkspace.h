@@ -4,6 +4,7 @@
 
 #include <KWToolkit/platform/services/Workspace.h>
 
+#include <functional>
 #include <map>
 #include <vector>
 
@@ -22,8 +23,22 @@ public:
         return true;
     }
 
+    std::error_code moveToTrash(const std::string& folder, const std::string& name) override {
+        if (!trashing)
+            return std::make_error_code(std::errc::operation_not_permitted);
+        return trashing(folder, name);
+    }
+
+    bool launchApplication(const std::string& identifier) override {
+        launchedApplications.push_back(identifier);
+        return true;
+    }
+
     std::map<std::string, std::string> applications; ///< identifier to path
     std::vector<std::string> openedURLs;
+    std::vector<std::string> launchedApplications; ///< identifiers
+    /// Moves to the Trash; where it is empty nothing can be moved.
+    std::function<std::error_code(const std::string& folder, const std::string& name)> trashing;
 };
 
 } // namespace kw

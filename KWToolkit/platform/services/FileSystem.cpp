@@ -33,6 +33,18 @@ bool StandardFileSystem::createDirectory(const std::string& path) {
     return fs::create_directory(path, error);
 }
 
+bool StandardFileSystem::isWritable(const std::string& path) {
+    constexpr auto writers =
+        fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
+    std::error_code error;
+    const fs::file_status status = fs::status(path, error);
+    return fs::exists(status) && (status.permissions() & writers) != fs::perms::none;
+}
+
+std::error_code StandardFileSystem::copyItem(const std::string&, const std::string&) {
+    return std::make_error_code(std::errc::function_not_supported);
+}
+
 std::optional<FileDate> StandardFileSystem::modificationDate(const fs::path& path) const {
     std::error_code error;
     const auto time = fs::last_write_time(path, error);

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <vector>
 
 namespace kw {
@@ -31,6 +32,13 @@ public:
     virtual bool fileExists(const std::string& path) = 0;
     /// Makes one folder. False where there is one, or no folder to put it in.
     virtual bool createDirectory(const std::string& path) = 0;
+    /// Whether this user may write to the file, or make and remove files in the folder. False where
+    /// there is nothing.
+    virtual bool isWritable(const std::string& path) = 0;
+    /// Copies a file, or a folder with all that is in it, with modes, times, links and extended
+    /// attributes, to a path where nothing is. The copy is complete or absent: what fails half-way
+    /// leaves nothing behind, and neither does a crash at the destination's path.
+    virtual std::error_code copyItem(const std::string& path, const std::string& to) = 0;
 };
 
 /// What the standard library offers.
@@ -39,6 +47,10 @@ public:
     std::vector<FileEntry> enumerate(const std::string& folder) override;
     bool fileExists(const std::string& path) override;
     bool createDirectory(const std::string& path) override;
+    /// Whether the mode lets anybody write.
+    bool isWritable(const std::string& path) override;
+    /// Not supported: attributes are not the standard library's to copy.
+    std::error_code copyItem(const std::string& path, const std::string& to) override;
 
 protected:
     /// Nothing for an entry that is gone. Here a link's date is that of what it leads to.

@@ -6,8 +6,14 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace kw {
+
+enum class SearchPathDomain {
+    user, ///< what is the user's own
+    local, ///< what all users of the machine share
+};
 
 /// Where things are kept. Absolute paths without a slash at the end; whether something is there is
 /// another matter. Used on any thread.
@@ -18,6 +24,9 @@ public:
     /// Where the user's applications keep their files.
     virtual std::optional<std::string> applicationSupportFolder() const = 0;
     virtual std::string temporaryFolder() const = 0;
+    virtual std::vector<std::string> applicationFolders(SearchPathDomain domain) const = 0;
+    /// Where the user's downloads arrive.
+    virtual std::vector<std::string> downloadsFolders() const = 0;
 };
 
 /// A temporary folder is all there is.
@@ -26,6 +35,8 @@ public:
     std::optional<std::string> homeFolder() const override { return std::nullopt; }
     std::optional<std::string> applicationSupportFolder() const override { return std::nullopt; }
     std::string temporaryFolder() const override;
+    std::vector<std::string> applicationFolders(SearchPathDomain) const override { return {}; }
+    std::vector<std::string> downloadsFolders() const override { return {}; }
 };
 
 } // namespace kw

@@ -6,4 +6,8 @@ namespace kw {
 
 Workspace::~Workspace() = default;
 
+std::error_code UnavailableWorkspace::moveToTrash(const std::string&, const std::string&) {
+    return std::make_error_code(std::errc::function_not_supported);
+}
+
 } // namespace kw

@@ -6,6 +6,7 @@
 
 #include <optional>
 #include <string>
+#include <system_error>
 
 namespace kw {
 
@@ -17,6 +18,12 @@ public:
     virtual std::optional<std::string> applicationPath(const std::string& identifier) = 0;
     /// Hands a URL to the desktop's opener and does not wait for it. False where there is none.
     virtual bool openURL(const std::string& url) = 0;
+    /// Moves what has that name in the folder to the Trash, from where the user can take it back.
+    /// With an error it is where it was.
+    virtual std::error_code moveToTrash(const std::string& folder, const std::string& name) = 0;
+    /// Starts a new instance of the application with this identifier, also where one runs, and does
+    /// not wait for it. False where that cannot be started.
+    virtual bool launchApplication(const std::string& identifier) = 0;
 };
 
 /// Knows no application.
@@ -24,6 +31,8 @@ class KW_EXPORT UnavailableWorkspace final : public Workspace {
 public:
     std::optional<std::string> applicationPath(const std::string&) override { return std::nullopt; }
     bool openURL(const std::string&) override { return false; }
+    std::error_code moveToTrash(const std::string&, const std::string&) override;
+    bool launchApplication(const std::string&) override { return false; }
 };
 
 } // namespace kw

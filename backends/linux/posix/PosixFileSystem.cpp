@@ -2,9 +2,15 @@
 // SPDX-License-Identifier: MIT
 #include <backends/linux/posix/PosixFileSystem.h>
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace kw {
+
+bool PosixFileSystem::isWritable(const std::string& path) {
+    return ::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
+}
 
 std::optional<FileDate> PosixFileSystem::modificationDate(const std::filesystem::path& path) const {
     struct stat status;

@@ -6,8 +6,11 @@
 
 namespace kw {
 
-/// Files with the dates that links have of their own.
+/// Files with the dates that links have of their own, and with what this process may do to them.
 class KW_EXPORT PosixFileSystem final : public StandardFileSystem {
+public:
+    bool isWritable(const std::string& path) override;
+
 protected:
     std::optional<FileDate> modificationDate(const std::filesystem::path& path) const override;
 };

@@ -108,6 +108,12 @@ bool XdgWorkspace::openURL(const std::string& url) {
     return !url.starts_with('-') && !startDetached({"xdg-open", url});
 }
 
+std::error_code XdgWorkspace::moveToTrash(const std::string&, const std::string&) {
+    return std::make_error_code(std::errc::function_not_supported);
+}
+
+bool XdgWorkspace::launchApplication(const std::string&) { return false; }
+
 std::optional<std::string> XdgWorkspace::applicationPath(const std::string& identifier) {
     if (identifier.empty()
         || identifier.find_first_of(std::string_view("/\0", 2)) != identifier.npos)

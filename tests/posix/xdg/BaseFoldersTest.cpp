@@ -83,4 +83,21 @@ TEST(PreferredLanguages, FollowTheVariablesOfMessages) {
         EXPECT_EQ(preferredLanguages(row.environment), row.languages);
 }
 
+TEST(XdgSearchPaths, DownloadsArriveWhereTheUserSays) {
+    const test::TemporaryFolder config;
+    const XdgSearchPaths paths(
+        test::FakeEnvironment {{"HOME", "/h"}, {"XDG_CONFIG_HOME", config.path()}});
+    EXPECT_THAT(paths.downloadsFolders(), ElementsAre("/h/Downloads"));
+    const std::pair<const char*, Strings> rows[] = {
+        {"# XDG_DOWNLOAD_DIR=\"/no\"\nXDG_DOWNLOAD_DIR=\"$HOME/In coming/\"\n", {"/h/In coming"}},
+        {"XDG_DOWNLOAD_DIR=\"/a\"\n XDG_DOWNLOAD_DIR=\"/b\\\"\\$c\"", {"/b\"$c"}},
+        {"XDG_DOWNLOAD_DIR=\"relative\"\nXDG_DESKTOP_DIR=\"/d\"\n", {"/h/Downloads"}},
+        {"XDG_DOWNLOAD_DIR=\"$HOME/\"\n", {}},
+    };
+    for (const auto& [text, expected] : rows) {
+        config.write("user-dirs.dirs", text);
+        EXPECT_EQ(paths.downloadsFolders(), expected) << text;
+    }
+}
+
 } // namespace

@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#include <KWToolkit/platform/ui/NSApplication.h>
+
+#include <KWToolkit/platform/Platform.h>
+#include <KWToolkit/platform/foundation/Message.h>
+#include <KWToolkit/platform/foundation/NSNotificationCenter.h>
+
+namespace kw {
+
+double NSAppKitVersionNumber() { return Platform::application().frameworkVersion(); }
+
+NSApplication& NSApplication::sharedApplication() {
+    static auto& application = *new NSApplication;
+    return application;
+}
+
+Class& NSApplication::classObject() {
+    static auto& object = *new Class(
+        "NSApplication", NSObject::classObject(), {method("terminate", &NSApplication::terminate)});
+    return object;
+}
+
+void NSApplication::terminate() {
+    static const SEL shouldTerminate("applicationShouldTerminate:");
+    const auto delegate = m_delegate.lock();
+    if (delegate && delegate->respondsToSelector(shouldTerminate)
+        && !send<bool>(*delegate, shouldTerminate, *this))
+        return;
+    if (!Platform::application().prepareToTerminate())
+        return;
+    NSNotificationCenter::defaultCenter().postNotificationName(
+        NSApplicationWillTerminateNotification, this);
+    Platform::application().exit();
+}
+
+} // namespace kw
