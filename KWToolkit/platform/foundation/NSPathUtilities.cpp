@@ -31,6 +31,12 @@ std::string lastPathComponent(std::string_view path) {
     return std::string(path == "/" ? path : path.substr(path.rfind('/') + 1));
 }
 
+std::string stringByDeletingLastPathComponent(std::string_view path) {
+    path = withoutSlashesAtEnd(path);
+    const auto slash = path.rfind('/');
+    return std::string(withoutSlashesAtEnd(path.substr(0, slash == path.npos ? 0 : slash + 1)));
+}
+
 std::string stringByExpandingTildeInPath(std::string_view path) {
     const auto home =
         path == "~" || path.starts_with("~/") ? Platform::searchPaths().homeFolder() : std::nullopt;

@@ -18,6 +18,10 @@ KW_EXPORT std::string stringByAppendingPathComponent(
 /// What is after the last slash: "c" of "/a/c" and of "/a/c/", "/" of "/".
 KW_EXPORT std::string lastPathComponent(std::string_view path);
 
+/// What is before the last component: "/a" of "/a/c" and of "/a/c/", "/" of "/a" and of "/",
+/// nothing of "c".
+KW_EXPORT std::string stringByDeletingLastPathComponent(std::string_view path);
+
 /// Puts the user's home folder in place of "~" or a leading "~/". Anything else stays as it is, and
 /// so does all of it where there is no home folder.
 KW_EXPORT std::string stringByExpandingTildeInPath(std::string_view path);

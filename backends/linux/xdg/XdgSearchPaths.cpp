@@ -15,6 +15,14 @@ namespace kw {
 
 namespace {
 
+/// A running program's path has no links in it, so a folder that is compared with it is there
+/// without them, too. Last comes the path as it is usually written.
+std::vector<std::string> withRealPath(const std::string& path) {
+    std::error_code error;
+    const std::string real = std::filesystem::canonical(path, error);
+    return error || real == path ? std::vector {path} : std::vector {real, path};
+}
+
 /// What lines such as `XDG_DOWNLOAD_DIR="$HOME/Downloads"` say; the last counts. They are the
 /// shell's assignments, of which only these are allowed: "$HOME/..." or an absolute path in double
 /// quotes, with backslashes before characters that are to be taken as they are.
@@ -65,11 +73,11 @@ std::string XdgSearchPaths::temporaryFolder() const {
 
 std::vector<std::string> XdgSearchPaths::applicationFolders(SearchPathDomain domain) const {
     if (domain == SearchPathDomain::local)
-        return {"/Applications"};
+        return withRealPath("/Applications");
     const auto home = homeFolder();
     if (!home)
         return {};
-    return {stringByAppendingPathComponent(*home, "Applications")};
+    return withRealPath(stringByAppendingPathComponent(*home, "Applications"));
 }
 
 std::vector<std::string> XdgSearchPaths::downloadsFolders() const {
@@ -82,7 +90,7 @@ std::vector<std::string> XdgSearchPaths::downloadsFolders() const {
     const std::string folder =
         downloadsFolderIn(text, *folders.home)
             .value_or(stringByAppendingPathComponent(*folders.home, "Downloads"));
-    return folder == *folders.home ? std::vector<std::string>() : std::vector {folder};
+    return folder == *folders.home ? std::vector<std::string>() : withRealPath(folder);
 }
 
 } // namespace kw

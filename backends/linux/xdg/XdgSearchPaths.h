@@ -11,7 +11,8 @@ namespace kw {
 /// names an absolute folder, else /tmp. Applications lie in ~/Applications and /Applications.
 /// Downloads arrive where "user-dirs.dirs" in the XDG config home says (the file of xdg-user-dirs),
 /// nowhere in particular where that is the home folder, and in ~/Downloads where it says nothing.
-/// The environment is read at each call.
+/// Where links lead to such a folder it is there twice, at last as it is written. The environment
+/// is read at each call.
 class KW_EXPORT XdgSearchPaths final : public SearchPaths {
 public:
     explicit XdgSearchPaths(Environment environment = processEnvironment);

@@ -34,10 +34,14 @@ TEST(NSPathUtilities, JoinsWithOneSlash) {
 }
 
 TEST(NSPathUtilities, TakesTheLastComponent) {
-    const std::pair<std::string, std::string> rows[] = {
-        {"/a/c", "c"}, {"/a/c//", "c"}, {"c", "c"}, {"//", "/"}, {"/", "/"}, {"", ""}};
-    for (const auto& [path, last] : rows)
-        EXPECT_EQ(lastPathComponent(path), last) << path;
+    const struct {
+        std::string path, last, before;
+    } rows[] = {{"/a/c", "c", "/a"}, {"/a/c//", "c", "/a"}, {"/a//c", "c", "/a"}, {"/a", "a", "/"},
+        {"c", "c", ""}, {"//", "/", "/"}, {"/", "/", "/"}, {"", "", ""}};
+    for (const auto& row : rows) {
+        EXPECT_EQ(lastPathComponent(row.path), row.last) << row.path;
+        EXPECT_EQ(stringByDeletingLastPathComponent(row.path), row.before) << row.path;
+    }
 }
 
 TEST(NSPathUtilities, ExpandsTheTildeOfTheUserAlone) {
