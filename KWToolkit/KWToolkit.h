@@ -5,6 +5,7 @@
 
 #include <KWToolkit/appservices/KWCrashLogFinder.h>
 #include <KWToolkit/appservices/KWPathUtils.h>
+#include <KWToolkit/appservices/PFMoveApplication.h>
 #include <KWToolkit/controls/NSBezierPath+RoundPath.h>
 #include <KWToolkit/hotkeys/KWGlobalHotkeyManager.h>
 #include <KWToolkit/hotkeys/KWHotkeyView.h>

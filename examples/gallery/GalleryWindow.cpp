@@ -4,6 +4,7 @@
 
 #include "HotkeysPage.h"
 #include "LoggingPage.h"
+#include "MovePage.h"
 #include "Page.h"
 #include "UrlPage.h"
 
@@ -18,6 +19,7 @@ const Page pages[] {
     {"Hotkeys", &HotkeysPage::make, &HotkeysPage::visit},
     {"Logging", &LoggingPage::make, &LoggingPage::visit},
     {"URLs and mail", &UrlPage::make, &UrlPage::visit},
+    {"Move to Applications", &MovePage::make, &MovePage::visit},
 };
 
 } // namespace

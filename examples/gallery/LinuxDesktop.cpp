@@ -12,7 +12,10 @@
 #include <xcb/xtest.h>
 #include <xkbcommon/xkbcommon-keysyms.h>
 
+#include <algorithm>
 #include <cstdlib>
+#include <iterator>
+#include <utility>
 
 namespace gallery {
 
@@ -61,9 +64,13 @@ private:
         xcb_flush(m_connection.get());
     }
     xcb_keycode_t keyCode(Qt::Key key) const {
+        static constexpr std::pair<Qt::Key, xcb_keysym_t> keysyms[] {{Qt::Key_Alt, XKB_KEY_Alt_L},
+            {Qt::Key_Return, XKB_KEY_Return}, {Qt::Key_Escape, XKB_KEY_Escape}};
+        const auto* const found =
+            std::ranges::find(keysyms, key, &std::pair<Qt::Key, xcb_keysym_t>::first);
         // The keysyms of Latin letters are their codes, and so are Qt's, which are capitals.
         const xcb_keysym_t keysym =
-            key == Qt::Key_Alt ? XKB_KEY_Alt_L : static_cast<xcb_keysym_t>(key) | 0x20;
+            found == std::end(keysyms) ? static_cast<xcb_keysym_t>(key) | 0x20 : found->second;
         const KeyCodes codes(xcb_key_symbols_get_keycode(m_keys.get(), keysym));
         return codes ? *codes : 0;
     }

@@ -70,8 +70,12 @@ bool Tour::expect(
 
 void Tour::takePicture(const QString& name) {
     QCoreApplication::processEvents(); // layouts
+    takePicture(name, m_window.grab());
+}
+
+void Tour::takePicture(const QString& name, const QPixmap& picture) {
     const QString file = m_folder.filePath(name + ".png");
-    const bool isSaved = m_window.grab().save(file);
+    const bool isSaved = picture.save(file);
     write((isSaved ? "picture " : "FAILED  to save ") + file);
     m_failures += !isSaved;
 }

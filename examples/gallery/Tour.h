@@ -6,6 +6,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QPixmap>
 #include <QString>
 
 #include <functional>
@@ -30,6 +31,7 @@ public:
     bool expect(const QString& what, const QString& expected, const std::function<QString()>& seen);
     /// Saves the window as a PNG of this name.
     void takePicture(const QString& name);
+    void takePicture(const QString& name, const QPixmap& picture);
     void write(const QString& line);
 
     /// Ends the log. Whether everything expected was seen.

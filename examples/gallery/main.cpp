@@ -3,6 +3,7 @@
 // The gallery: a page for each of the toolkit's facilities.
 #include "Desktop.h"
 #include "GalleryWindow.h"
+#include "Mover.h"
 #include "Tour.h"
 
 #include <KWToolkit/platform/Platform.h>
@@ -66,6 +67,8 @@ int runTour(gallery::GalleryWindow& window, const QString& folder) {
 } // namespace
 
 int main(int argc, char** argv) {
+    if (gallery::isMover())
+        return gallery::runMover(argc, argv);
     kw::NSBundle::mainBundle().declare({
         .name = "KWToolkitGallery", // names its folder
         .identifier = "org.kwtoolkit.Gallery",
