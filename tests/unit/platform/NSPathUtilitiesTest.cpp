@@ -40,6 +40,15 @@ TEST(NSPathUtilities, TakesTheLastComponent) {
         EXPECT_EQ(lastPathComponent(path), last) << path;
 }
 
+TEST(NSPathUtilities, TakesTheExtensionAway) {
+    const std::pair<std::string, std::string> rows[] = {{"/a/c.app", "/a/c"},
+        {"/a/c.app//", "/a/c"}, {"c.tar.gz", "c.tar"}, {"a.", "a"}, {"a..b", "a."},
+        {"/a.b/c", "/a.b/c"}, {"/a/.bashrc", "/a/.bashrc"}, {".bash.rc", ".bash"}, {"..", ".."},
+        {"/", "/"}, {"", ""}};
+    for (const auto& [path, without] : rows)
+        EXPECT_EQ(stringByDeletingPathExtension(path), without) << path;
+}
+
 TEST(NSPathUtilities, ExpandsTheTildeOfTheUserAlone) {
     HeadlessSearchPaths paths;
     const ServiceScope scope(paths);
