@@ -5,6 +5,7 @@
 #include "HotkeysPage.h"
 #include "LoggingPage.h"
 #include "Page.h"
+#include "RunningApplicationsPage.h"
 #include "UrlPage.h"
 
 #include <QHBoxLayout>
@@ -18,6 +19,7 @@ const Page pages[] {
     {"Hotkeys", &HotkeysPage::make, &HotkeysPage::visit},
     {"Logging", &LoggingPage::make, &LoggingPage::visit},
     {"URLs and mail", &UrlPage::make, &UrlPage::visit},
+    {"Running applications", &RunningApplicationsPage::make, &RunningApplicationsPage::visit},
 };
 
 } // namespace
