@@ -3,8 +3,10 @@
 // Everything: the chief header of each room.
 #pragma once
 
+#include <KWToolkit/appservices/KWActiveApplications.h>
 #include <KWToolkit/appservices/KWCrashLogFinder.h>
 #include <KWToolkit/appservices/KWPathUtils.h>
+#include <KWToolkit/appservices/NSApplication+Relaunch.h>
 #include <KWToolkit/appservices/PFMoveApplication.h>
 #include <KWToolkit/controls/NSBezierPath+RoundPath.h>
 #include <KWToolkit/hotkeys/KWGlobalHotkeyManager.h>

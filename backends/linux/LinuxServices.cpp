@@ -6,10 +6,12 @@
 #include <KWToolkit/platform/Platform.h>
 #include <backends/linux/dbus/DBusUrlEventService.h>
 #include <backends/linux/dbus/PortalWorkspace.h>
+#include <backends/linux/posix/Environment.h>
 #include <backends/linux/posix/PollRunLoop.h>
 #include <backends/linux/posix/PosixFileSystem.h>
 #include <backends/linux/posix/PosixSystemLog.h>
 #include <backends/linux/x11/X11HotkeyService.h>
+#include <backends/linux/x11/X11RunningApplications.h>
 #include <backends/linux/x11/XkbKeyboardLayout.h>
 #include <backends/linux/xdg/JsonDefaultsStore.h>
 #include <backends/linux/xdg/XdgMainBundle.h>
@@ -92,7 +94,10 @@ std::unique_ptr<LoginItems> makeDefaultService() {
 
 template <>
 std::unique_ptr<RunningApplications> makeDefaultService() {
-    return std::make_unique<UnavailableRunningApplications>();
+    // The X server that runs below a Wayland desktop knows some of the windows only.
+    if (!processEnvironment("WAYLAND_DISPLAY").empty())
+        return std::make_unique<UnavailableRunningApplications>();
+    return std::make_unique<X11RunningApplications>();
 }
 
 template <>

@@ -6,6 +6,7 @@
 #include "LoggingPage.h"
 #include "MovePage.h"
 #include "Page.h"
+#include "RunningApplicationsPage.h"
 #include "UrlPage.h"
 
 #include <QHBoxLayout>
@@ -20,6 +21,7 @@ const Page pages[] {
     {"Logging", &LoggingPage::make, &LoggingPage::visit},
     {"URLs and mail", &UrlPage::make, &UrlPage::visit},
     {"Move to Applications", &MovePage::make, &MovePage::visit},
+    {"Running applications", &RunningApplicationsPage::make, &RunningApplicationsPage::visit},
 };
 
 } // namespace

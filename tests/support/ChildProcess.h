@@ -27,6 +27,7 @@ public:
     /// Nothing at the end of the output and after ten seconds.
     std::optional<std::string> readLine();
     void signal(int number);
+    pid_t identifier() const { return m_process; }
     /// Waits for the end. The exit code, or the negative number of the signal that ended it.
     int wait();
 

@@ -37,6 +37,14 @@ std::string stringByDeletingLastPathComponent(std::string_view path) {
     return std::string(withoutSlashesAtEnd(path.substr(0, slash == path.npos ? 0 : slash + 1)));
 }
 
+std::string stringByDeletingPathExtension(std::string_view path) {
+    path = withoutSlashesAtEnd(path);
+    const auto name = path.substr(path.rfind('/') + 1);
+    const auto dot = name.rfind('.');
+    const bool hasExtension = dot != name.npos && dot != 0 && name != "..";
+    return std::string(path.substr(0, path.size() - (hasExtension ? name.size() - dot : 0)));
+}
+
 std::string stringByExpandingTildeInPath(std::string_view path) {
     const auto home =
         path == "~" || path.starts_with("~/") ? Platform::searchPaths().homeFolder() : std::nullopt;

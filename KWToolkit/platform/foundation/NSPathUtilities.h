@@ -22,6 +22,11 @@ KW_EXPORT std::string lastPathComponent(std::string_view path);
 /// nothing of "c".
 KW_EXPORT std::string stringByDeletingLastPathComponent(std::string_view path);
 
+/// The path without the extension of its last component, and without slashes at the end: "/a/c" of
+/// "/a/c.app/", "c.tar" of "c.tar.gz", "a" of "a.". A name that begins with its only dot, such as
+/// ".bashrc", has no extension.
+KW_EXPORT std::string stringByDeletingPathExtension(std::string_view path);
+
 /// Puts the user's home folder in place of "~" or a leading "~/". Anything else stays as it is, and
 /// so does all of it where there is no home folder.
 KW_EXPORT std::string stringByExpandingTildeInPath(std::string_view path);

@@ -8,6 +8,25 @@
 
 namespace kw {
 
+namespace {
+
+/// Is set while this lives.
+class Flag {
+public:
+    explicit Flag(bool& flag)
+        : m_flag(flag) {
+        m_flag = true;
+    }
+    ~Flag() { m_flag = false; }
+    Flag(const Flag&) = delete;
+    Flag& operator=(const Flag&) = delete;
+
+private:
+    bool& m_flag;
+};
+
+} // namespace
+
 double NSAppKitVersionNumber() { return Platform::application().frameworkVersion(); }
 
 NSApplication& NSApplication::sharedApplication() {
@@ -22,6 +41,10 @@ Class& NSApplication::classObject() {
 }
 
 void NSApplication::terminate() {
+    // A window that is asked to close, or an observer, may do this, too.
+    if (m_isTerminating)
+        return;
+    const Flag flag(m_isTerminating);
     static const SEL shouldTerminate("applicationShouldTerminate:");
     const auto delegate = m_delegate.lock();
     if (delegate && delegate->respondsToSelector(shouldTerminate)

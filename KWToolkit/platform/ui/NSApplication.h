@@ -31,13 +31,15 @@ public:
 
     /// Ends the application, unless the delegate or one of the host's windows refuses: posts
     /// `NSApplicationWillTerminateNotification`, then leaves the host's event loop, or exits where
-    /// none runs. Returns where the application goes on, or its event loop has yet to end.
+    /// none runs. Returns where the application goes on, or its event loop has yet to end. Has no
+    /// effect while it is under way.
     void terminate();
 
 private:
     NSApplication() = default;
 
     WeakReference m_delegate;
+    bool m_isTerminating = false;
 };
 
 } // namespace kw

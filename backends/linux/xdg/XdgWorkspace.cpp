@@ -5,8 +5,7 @@
 #include <backends/linux/posix/DetachedProcess.h>
 #include <backends/linux/xdg/ApplicationFolder.h>
 #include <backends/linux/xdg/BaseFolders.h>
-
-#include <unistd.h>
+#include <backends/linux/xdg/InstalledApplications.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -26,8 +25,6 @@ bool isFile(const fs::path& path) {
     std::error_code error;
     return fs::is_regular_file(path, error);
 }
-
-bool isProgram(const fs::path& path) { return isFile(path) && ::access(path.c_str(), X_OK) == 0; }
 
 bool holdsProgram(const fs::path& folder) {
     std::error_code error;
@@ -70,33 +67,6 @@ std::optional<std::string> applicationFolderIn(
     return found == folders.end() ? std::nullopt : std::optional(found->string());
 }
 
-/// Each "-" may stand for a "/" in the entry's path below the folder.
-std::optional<DesktopFile> desktopFileNamed(const fs::path& folder, const std::string& identifier) {
-    if (auto file = readDesktopFile(folder / (identifier + ".desktop")))
-        return file;
-    for (auto dash = identifier.find('-'); dash != identifier.npos;
-        dash = identifier.find('-', dash + 1)) {
-        const fs::path below = folder / identifier.substr(0, dash);
-        std::error_code error;
-        if (dash == 0 || !fs::is_directory(below, error))
-            continue;
-        if (auto file = desktopFileNamed(below, identifier.substr(dash + 1)))
-            return file;
-    }
-    return std::nullopt;
-}
-
-std::optional<fs::path> executable(const std::string& program, const std::string& searchPath) {
-    std::vector<fs::path> candidates;
-    if (program.starts_with('/'))
-        candidates.push_back(program);
-    else if (!program.empty() && program.find('/') == program.npos)
-        for (const std::string& folder : absolutePaths(searchPath))
-            candidates.push_back(fs::path(folder) / program);
-    const auto found = std::ranges::find_if(candidates, isProgram);
-    return found == candidates.end() ? std::nullopt : std::optional(*found);
-}
-
 } // namespace
 
 XdgWorkspace::XdgWorkspace(Environment environment, std::string sharedApplications)
@@ -115,37 +85,17 @@ std::error_code XdgWorkspace::moveToTrash(const std::string&, const std::string&
 bool XdgWorkspace::launchApplication(const std::string&) { return false; }
 
 std::optional<std::string> XdgWorkspace::applicationPath(const std::string& identifier) {
-    if (identifier.empty()
-        || identifier.find_first_of(std::string_view("/\0", 2)) != identifier.npos)
+    if (!isEntryIdentifier(identifier))
         return std::nullopt;
-    const BaseFolders folders = baseFolders(m_environment);
-
     std::vector<fs::path> applicationFolders {m_sharedApplications};
-    if (folders.home)
-        applicationFolders.insert(
-            applicationFolders.begin(), fs::path(*folders.home) / "Applications");
+    if (const auto home = baseFolders(m_environment).home)
+        applicationFolders.insert(applicationFolders.begin(), fs::path(*home) / "Applications");
     for (const fs::path& folder : applicationFolders) {
         if (auto found = applicationFolderIn(folder, identifier + ".desktop"))
             return found;
     }
-
-    std::vector<std::string> dataFolders = folders.dataFolders;
-    if (folders.dataHome)
-        dataFolders.insert(dataFolders.begin(), *folders.dataHome);
-    for (const std::string& folder : dataFolders) {
-        const auto file = desktopFileNamed(fs::path(folder) / "applications", identifier);
-        if (!file)
-            continue;
-        const bool isHidden = file->entry.value(DesktopEntry::mainGroup, "Hidden") == "true";
-        const auto program =
-            isHidden ? std::nullopt : executable(programOf(file->entry), m_environment("PATH"));
-        if (!program)
-            return std::nullopt;
-        std::error_code error;
-        const auto application = applicationFolderAbove(fs::canonical(*program, error));
-        return application.value_or(*program).string();
-    }
-    return std::nullopt;
+    const auto file = installedEntry(applicationsFolders(m_environment), identifier);
+    return file ? applicationOf(file->entry, m_environment) : std::nullopt;
 }
 
 } // namespace kw

@@ -3,6 +3,8 @@
 #include <KWToolkitQt/QtServices.h>
 
 #include <KWToolkit/platform/Platform.h>
+#include <KWToolkitQt/QtAlertService.h>
+#include <KWToolkitQt/QtApplicationService.h>
 #include <KWToolkitQt/QtRunLoop.h>
 
 namespace kw::qt {
@@ -11,6 +13,10 @@ void useQtServices() {
     // Once: a factory that the host sets later is not replaced.
     [[maybe_unused]] static const bool isDone = [] {
         setServiceFactory<RunLoop>([] { return std::make_unique<QtRunLoop>(); });
+        setServiceFactory<AlertService>([] { return std::make_unique<QtAlertService>(); });
+        setServiceFactory<ApplicationService>(
+            [] { return std::make_unique<QtApplicationService>(); });
+        QtApplicationService::watchQuit();
         return true;
     }();
 }

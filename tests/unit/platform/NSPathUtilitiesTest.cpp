@@ -44,6 +44,15 @@ TEST(NSPathUtilities, TakesTheLastComponent) {
     }
 }
 
+TEST(NSPathUtilities, TakesTheExtensionAway) {
+    const std::pair<std::string, std::string> rows[] = {{"/a/c.app", "/a/c"},
+        {"/a/c.app//", "/a/c"}, {"c.tar.gz", "c.tar"}, {"a.", "a"}, {"a..b", "a."},
+        {"/a.b/c", "/a.b/c"}, {"/a/.bashrc", "/a/.bashrc"}, {".bash.rc", ".bash"}, {"..", ".."},
+        {"/", "/"}, {"", ""}};
+    for (const auto& [path, without] : rows)
+        EXPECT_EQ(stringByDeletingPathExtension(path), without) << path;
+}
+
 TEST(NSPathUtilities, ExpandsTheTildeOfTheUserAlone) {
     HeadlessSearchPaths paths;
     const ServiceScope scope(paths);

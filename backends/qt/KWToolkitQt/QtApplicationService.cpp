@@ -1,0 +1,66 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#include <KWToolkitQt/QtApplicationService.h>
+
+#include <KWToolkit/platform/foundation/NSNotificationCenter.h>
+#include <KWToolkit/platform/ui/NSApplication.h>
+#include <KWToolkitQt/Guarded.h>
+
+#include <QGuiApplication>
+#include <QPointer>
+#include <QThread>
+#include <QWindow>
+
+#include <cstdlib>
+#include <utility>
+
+namespace kw::qt {
+
+namespace {
+
+/// Whether the application has been told that it ends, and its event loop has yet to return.
+bool isEnding = false;
+
+void applicationQuits() {
+    if (!std::exchange(isEnding, true))
+        callGuarded([] {
+            NSNotificationCenter::defaultCenter().postNotificationName(
+                NSApplicationWillTerminateNotification, &NSApplication::sharedApplication());
+        });
+    isEnding = false;
+}
+
+} // namespace
+
+void QtApplicationService::watchQuit() {
+    // For each application object that is made, and the one that is there.
+    qAddPreRoutine([] {
+        QObject::connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit,
+            QCoreApplication::instance(), &applicationQuits);
+    });
+}
+
+bool QtApplicationService::prepareToTerminate() {
+    if (isEnding)
+        return false; // once is enough
+    if (!qobject_cast<QGuiApplication*>(QCoreApplication::instance()))
+        return true;
+    // The modal ones first: Qt does not let the user close those below either.
+    QList<QPointer<QWindow>> windows {QGuiApplication::modalWindow()};
+    for (QWindow* const window : QGuiApplication::topLevelWindows())
+        windows += window;
+    for (const auto& window : windows) {
+        if (window && window->isVisible() && !window->close())
+            return false;
+    }
+    return true;
+}
+
+void QtApplicationService::exit() {
+    if (QThread::currentThread()->loopLevel() == 0)
+        std::exit(EXIT_SUCCESS);
+    isEnding = true;
+    QCoreApplication::exit();
+}
+
+} // namespace kw::qt
