@@ -5,6 +5,7 @@
 #include <backends/linux/posix/DetachedProcess.h>
 #include <backends/linux/xdg/ApplicationFolder.h>
 #include <backends/linux/xdg/BaseFolders.h>
+#include <backends/linux/xdg/Trash.h>
 
 #include <unistd.h>
 
@@ -108,8 +109,8 @@ bool XdgWorkspace::openURL(const std::string& url) {
     return !url.starts_with('-') && !startDetached({"xdg-open", url});
 }
 
-std::error_code XdgWorkspace::moveToTrash(const std::string&, const std::string&) {
-    return std::make_error_code(std::errc::function_not_supported);
+std::error_code XdgWorkspace::moveToTrash(const std::string& folder, const std::string& name) {
+    return kw::moveToTrash(folder, name, m_environment);
 }
 
 bool XdgWorkspace::launchApplication(const std::string&) { return false; }

@@ -23,6 +23,7 @@ public:
     std::optional<std::string> applicationPath(const std::string& identifier) override;
     /// With xdg-open, which is not waited for.
     bool openURL(const std::string& url) override;
+    /// See kw::moveToTrash.
     std::error_code moveToTrash(const std::string& folder, const std::string& name) override;
     bool launchApplication(const std::string& identifier) override;
 
