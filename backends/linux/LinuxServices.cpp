@@ -13,6 +13,7 @@
 #include <backends/linux/x11/XkbKeyboardLayout.h>
 #include <backends/linux/xdg/JsonDefaultsStore.h>
 #include <backends/linux/xdg/XdgMainBundle.h>
+#include <backends/linux/xdg/XdgProcessService.h>
 #include <backends/linux/xdg/XdgSearchPaths.h>
 #include <backends/linux/xdg/XdgWorkspace.h>
 
@@ -82,7 +83,7 @@ std::unique_ptr<AuthorizationService> makeDefaultService() {
 
 template <>
 std::unique_ptr<ProcessService> makeDefaultService() {
-    return std::make_unique<UnavailableProcessService>();
+    return std::make_unique<XdgProcessService>();
 }
 
 template <>
