@@ -12,6 +12,7 @@
 #include <backends/linux/x11/X11HotkeyService.h>
 #include <backends/linux/x11/XkbKeyboardLayout.h>
 #include <backends/linux/xdg/JsonDefaultsStore.h>
+#include <backends/linux/xdg/PolkitAuthorizationService.h>
 #include <backends/linux/xdg/XdgMainBundle.h>
 #include <backends/linux/xdg/XdgProcessService.h>
 #include <backends/linux/xdg/XdgSearchPaths.h>
@@ -78,7 +79,7 @@ std::unique_ptr<ApplicationService> makeDefaultService() {
 
 template <>
 std::unique_ptr<AuthorizationService> makeDefaultService() {
-    return std::make_unique<UnavailableAuthorizationService>();
+    return std::make_unique<PolkitAuthorizationService>();
 }
 
 template <>

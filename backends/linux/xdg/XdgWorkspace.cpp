@@ -9,8 +9,6 @@
 #include <backends/linux/xdg/OpenProgram.h>
 #include <backends/linux/xdg/Trash.h>
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <system_error>
@@ -29,8 +27,6 @@ bool isFile(const fs::path& path) {
     std::error_code error;
     return fs::is_regular_file(path, error);
 }
-
-bool isProgram(const fs::path& path) { return isFile(path) && ::access(path.c_str(), X_OK) == 0; }
 
 bool holdsProgram(const fs::path& folder) {
     std::error_code error;
@@ -89,17 +85,6 @@ std::optional<DesktopFile> desktopFileNamed(const fs::path& folder, const std::s
     return std::nullopt;
 }
 
-std::optional<fs::path> executable(const std::string& program, const std::string& searchPath) {
-    std::vector<fs::path> candidates;
-    if (program.starts_with('/'))
-        candidates.push_back(program);
-    else if (!program.empty() && program.find('/') == program.npos)
-        for (const std::string& folder : absolutePaths(searchPath))
-            candidates.push_back(fs::path(folder) / program);
-    const auto found = std::ranges::find_if(candidates, isProgram);
-    return found == candidates.end() ? std::nullopt : std::optional(*found);
-}
-
 } // namespace
 
 XdgWorkspace::XdgWorkspace(Environment environment, std::string sharedApplications)
@@ -153,7 +138,7 @@ std::optional<std::string> XdgWorkspace::applicationPath(const std::string& iden
             continue;
         const bool isHidden = file->entry.value(DesktopEntry::mainGroup, "Hidden") == "true";
         const auto program =
-            isHidden ? std::nullopt : executable(programOf(file->entry), m_environment("PATH"));
+            isHidden ? std::nullopt : findProgram(programOf(file->entry), m_environment("PATH"));
         if (!program)
             return std::nullopt;
         std::error_code error;
