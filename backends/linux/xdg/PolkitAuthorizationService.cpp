@@ -96,9 +96,11 @@ public:
         if (right != kAuthorizationRightExecute)
             return AuthorizationStatus::denied;
         const bool mayAsk = (flags & kAuthorizationFlagInteractionAllowed) != 0;
+        // What pkcheck prints is nobody's to read.
         const bool isRun = mayAsk
             ? run({m_pkexec.string(), "/bin/true"})
-            : run({(m_pkexec.parent_path() / "pkcheck").string(), "--action-id",
+            : run({"/bin/sh", "-c", R"(exec "$0" "$@" >/dev/null 2>&1)",
+                  (m_pkexec.parent_path() / "pkcheck").string(), "--action-id",
                   "org.freedesktop.policykit.exec", "--process", std::to_string(::getpid())});
         const int status = isRun ? wait().value_or(-1) : -1;
         constexpr int dismissed = 126;
