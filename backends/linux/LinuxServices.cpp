@@ -14,7 +14,9 @@
 #include <backends/linux/x11/X11RunningApplications.h>
 #include <backends/linux/x11/XkbKeyboardLayout.h>
 #include <backends/linux/xdg/JsonDefaultsStore.h>
+#include <backends/linux/xdg/PolkitAuthorizationService.h>
 #include <backends/linux/xdg/XdgMainBundle.h>
+#include <backends/linux/xdg/XdgProcessService.h>
 #include <backends/linux/xdg/XdgSearchPaths.h>
 #include <backends/linux/xdg/XdgWorkspace.h>
 
@@ -79,12 +81,12 @@ std::unique_ptr<ApplicationService> makeDefaultService() {
 
 template <>
 std::unique_ptr<AuthorizationService> makeDefaultService() {
-    return std::make_unique<UnavailableAuthorizationService>();
+    return std::make_unique<PolkitAuthorizationService>();
 }
 
 template <>
 std::unique_ptr<ProcessService> makeDefaultService() {
-    return std::make_unique<UnavailableProcessService>();
+    return std::make_unique<XdgProcessService>();
 }
 
 template <>

@@ -3,6 +3,7 @@
 #include <backends/linux/posix/AtomicFile.h>
 
 #include <backends/linux/posix/FileLock.h>
+#include <backends/linux/posix/Folders.h>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -19,23 +20,6 @@ namespace {
 
 constexpr int mostLinks = 40; // as many as the kernel follows
 constexpr std::size_t longestName = 200; // leaves room for what a replacement adds
-
-FileDescriptor openFolder(const fs::path& path) {
-    const fs::path folder = path.empty() ? "." : path;
-    return FileDescriptor(
-        uninterrupted([&] { return ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
-}
-
-std::error_code sync(int descriptor) {
-    return uninterrupted([=] { return ::fsync(descriptor); }) == 0 ? std::error_code()
-                                                                   : lastError();
-}
-
-/// Some file systems have nothing to sync in a folder.
-std::error_code syncFolder(int descriptor) {
-    const auto error = sync(descriptor);
-    return error == std::errc::invalid_argument ? std::error_code() : error;
-}
 
 std::error_code followLinks(fs::path& path) {
     std::error_code error;
@@ -56,7 +40,7 @@ std::error_code fill(int descriptor, std::string_view content, mode_t mode) {
     if (::fchmod(descriptor, mode) != 0)
         return lastError();
     const auto error = writeAll(descriptor, content);
-    return error ? error : sync(descriptor);
+    return error ? error : syncToDisk(descriptor);
 }
 
 } // namespace
@@ -90,7 +74,7 @@ std::error_code createFolders(const std::string& path) {
         if (::mkdir(path.c_str(), 0700) != 0 && errno != EEXIST)
             return lastError();
     }
-    const FileDescriptor parent = openFolder(fs::path(path).parent_path());
+    const FileDescriptor parent = openFolder(fs::path(path).parent_path().string());
     return parent.get() < 0 ? lastError() : syncFolder(parent.get());
 }
 
@@ -106,7 +90,7 @@ std::error_code replaceFile(const std::string& path, std::string_view content, m
     } else if (errno != ENOENT) {
         return lastError();
     }
-    const FileDescriptor folder = openFolder(target.parent_path());
+    const FileDescriptor folder = openFolder(target.parent_path().string());
     if (folder.get() < 0)
         return lastError();
 

@@ -11,6 +11,7 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <string_view>
 
 namespace kw {
 
@@ -28,31 +29,46 @@ void resetSignals() {
     ::sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
-[[noreturn]] void execute(char* const* arguments, int errorOutput) {
+void execute(char* const* arguments, char* const* environment, int errorOutput) {
     ::setsid();
-    resetSignals();
     const int nothing = ::open("/dev/null", O_RDONLY);
     if (nothing > STDIN_FILENO)
         ::dup2(nothing, STDIN_FILENO);
     if (nothing > STDERR_FILENO)
         ::close(nothing);
-    ::execvp(arguments[0], arguments);
+    ::execvpe(arguments[0], arguments, environment);
     const int error = errno;
     static_cast<void>(::write(errorOutput, &error, sizeof error) < 0);
-    ::_exit(127);
+}
+
+std::vector<char*> pointersTo(const std::vector<std::string>& texts) {
+    std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
+    for (const std::string& text : texts)
+        pointers.push_back(const_cast<char*>(text.c_str()));
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+/// The environment with a folder put in front of PATH.
+std::vector<std::string> environmentWith(const std::string& firstInPath) {
+    constexpr std::string_view path = "PATH=", usualFolders = "/usr/local/bin:/usr/bin:/bin";
+    std::vector<std::string> variables;
+    std::string folders(usualFolders); // which a shell without PATH would look in
+    for (char* const* variable = environ; variable && *variable; ++variable) {
+        const std::string_view text = *variable;
+        if (!text.starts_with(path))
+            variables.emplace_back(text);
+        else if (text != path)
+            folders = text.substr(path.size());
+    }
+    variables.push_back(std::string(path).append(firstInPath).append(":").append(folders));
+    return variables;
 }
 
 } // namespace
 
-std::error_code startDetached(const std::vector<std::string>& arguments) {
-    if (arguments.empty())
-        return std::make_error_code(std::errc::invalid_argument);
-    std::vector<char*> pointers;
-    pointers.reserve(arguments.size() + 1);
-    for (const std::string& argument : arguments)
-        pointers.push_back(const_cast<char*>(argument.c_str()));
-    pointers.push_back(nullptr);
-
+std::error_code forkDetached(const std::function<void(int errorOutput)>& run) {
     // The program's start closes its end; what comes before that is the error.
     std::array<int, 2> ends {};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0)
@@ -65,8 +81,11 @@ std::error_code startDetached(const std::vector<std::string>& arguments) {
         return lastError();
     if (child == 0) {
         const pid_t grandchild = ::fork();
-        if (grandchild == 0)
-            execute(pointers.data(), input.get());
+        if (grandchild == 0) {
+            resetSignals();
+            run(input.get());
+            ::_exit(127);
+        }
         const int error = grandchild < 0 ? errno : 0;
         if (error != 0)
             static_cast<void>(::write(input.get(), &error, sizeof error) < 0);
@@ -78,6 +97,19 @@ std::error_code startDetached(const std::vector<std::string>& arguments) {
     int error = 0;
     const auto count = uninterrupted([&] { return ::read(output.get(), &error, sizeof error); });
     return count > 0 ? std::error_code(error, std::generic_category()) : std::error_code();
+}
+
+std::error_code startDetached(
+    const std::vector<std::string>& arguments, const std::string& firstInPath) {
+    if (arguments.empty())
+        return std::make_error_code(std::errc::invalid_argument);
+    const std::vector<char*> pointers = pointersTo(arguments);
+    const std::vector<std::string> variables =
+        firstInPath.empty() ? std::vector<std::string>() : environmentWith(firstInPath);
+    const std::vector<char*> changed = pointersTo(variables);
+    char* const* const environment = firstInPath.empty() ? environ : changed.data();
+    return forkDetached(
+        [&](int errorOutput) { execute(pointers.data(), environment, errorOutput); });
 }
 
 } // namespace kw

@@ -4,6 +4,7 @@
 
 #include <KWToolkit/platform/Export.h>
 
+#include <functional>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -13,6 +14,15 @@ namespace kw {
 /// Starts a program, found through PATH, that outlives this process and is nobody's child to wait
 /// for: in a session of its own, with nothing on standard input and all signals as they are at
 /// first. Returns once it runs; the error is why it does not. Any thread.
-KW_EXPORT std::error_code startDetached(const std::vector<std::string>& arguments);
+///
+/// Where a folder is given, it comes first in the program's PATH.
+KW_EXPORT std::error_code startDetached(
+    const std::vector<std::string>& arguments, const std::string& firstInPath = {});
+
+/// Runs a function in a process that is nobody's child to wait for, with all signals as they are at
+/// first. The function makes only async-signal-safe calls, as other threads may have held any lock.
+/// Returns when it closes the descriptor, which a new program does, too; an errno written to it is
+/// the error.
+std::error_code forkDetached(const std::function<void(int errorOutput)>& run);
 
 } // namespace kw

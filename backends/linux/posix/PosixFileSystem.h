@@ -10,6 +10,8 @@ namespace kw {
 class KW_EXPORT PosixFileSystem final : public StandardFileSystem {
 public:
     bool isWritable(const std::string& path) override;
+    /// See copyFileTree.
+    std::error_code copyItem(const std::string& path, const std::string& to) override;
 
 protected:
     std::optional<FileDate> modificationDate(const std::filesystem::path& path) const override;

@@ -3,6 +3,9 @@
 #include <backends/linux/xdg/ApplicationFolder.h>
 
 #include <backends/linux/posix/AtomicFile.h>
+#include <backends/linux/xdg/BaseFolders.h>
+
+#include <unistd.h>
 
 #include <algorithm>
 #include <system_error>
@@ -72,6 +75,22 @@ std::optional<DesktopFile> desktopFileIn(const fs::path& folder, const std::stri
 std::string programOf(const DesktopEntry& entry) {
     const std::string program = programIn(entry, "TryExec");
     return program.empty() ? programIn(entry, "Exec") : program;
+}
+
+bool isProgram(const fs::path& path) {
+    std::error_code error;
+    return fs::is_regular_file(path, error) && ::access(path.c_str(), X_OK) == 0;
+}
+
+std::optional<fs::path> findProgram(const std::string& program, const std::string& searchPath) {
+    std::vector<fs::path> candidates;
+    if (program.starts_with('/'))
+        candidates.push_back(program);
+    else if (!program.empty() && program.find('/') == program.npos)
+        for (const std::string& folder : absolutePaths(searchPath))
+            candidates.push_back(fs::path(folder) / program);
+    const auto found = std::ranges::find_if(candidates, isProgram);
+    return found == candidates.end() ? std::nullopt : std::optional(*found);
 }
 
 } // namespace kw

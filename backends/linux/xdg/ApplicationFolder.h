@@ -34,4 +34,12 @@ std::optional<DesktopFile> desktopFileIn(
 /// Empty where there is none.
 std::string programOf(const DesktopEntry& entry);
 
+/// Whether it is a file that this user can execute.
+bool isProgram(const std::filesystem::path& path);
+
+/// A program, given by its absolute path or by its name, which is looked for in the folders of
+/// PATH.
+std::optional<std::filesystem::path> findProgram(
+    const std::string& program, const std::string& searchPath);
+
 } // namespace kw

@@ -44,6 +44,7 @@ BaseFolders baseFolders(const Environment& environment) {
     };
     folders.configHome = folder("XDG_CONFIG_HOME", ".config");
     folders.dataHome = folder("XDG_DATA_HOME", ".local/share");
+    folders.cacheHome = folder("XDG_CACHE_HOME", ".cache");
     folders.dataFolders = absolutePaths(environment("XDG_DATA_DIRS"));
     if (folders.dataFolders.empty())
         folders.dataFolders = {"/usr/local/share", "/usr/share"};

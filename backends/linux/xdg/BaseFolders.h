@@ -17,6 +17,7 @@ struct BaseFolders {
     std::optional<std::string> home; ///< of HOME, else of the password database
     std::optional<std::string> configHome; ///< nothing where there is no home
     std::optional<std::string> dataHome; ///< nothing where there is no home
+    std::optional<std::string> cacheHome; ///< nothing where there is no home
     std::vector<std::string> dataFolders; ///< after the data home, best first
 };
 

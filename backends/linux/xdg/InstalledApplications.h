@@ -37,7 +37,4 @@ const DesktopFile* entryOfWindows(const std::vector<DesktopFile>& entries,
 /// which that lies. Nothing where it cannot be executed.
 std::optional<std::string> applicationOf(const DesktopEntry& entry, const Environment& environment);
 
-/// Whether it is a regular file that can be executed.
-bool isProgram(const std::filesystem::path& path);
-
 } // namespace kw

@@ -2,10 +2,13 @@
 // SPDX-License-Identifier: MIT
 #include <backends/linux/xdg/XdgWorkspace.h>
 
+#include <KWToolkit/platform/foundation/NSBundle.h>
 #include <backends/linux/posix/DetachedProcess.h>
 #include <backends/linux/xdg/ApplicationFolder.h>
 #include <backends/linux/xdg/BaseFolders.h>
 #include <backends/linux/xdg/InstalledApplications.h>
+#include <backends/linux/xdg/OpenProgram.h>
+#include <backends/linux/xdg/Trash.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -78,11 +81,23 @@ bool XdgWorkspace::openURL(const std::string& url) {
     return !url.starts_with('-') && !startDetached({"xdg-open", url});
 }
 
-std::error_code XdgWorkspace::moveToTrash(const std::string&, const std::string&) {
-    return std::make_error_code(std::errc::function_not_supported);
+std::error_code XdgWorkspace::moveToTrash(const std::string& folder, const std::string& name) {
+    return kw::moveToTrash(folder, name, m_environment);
 }
 
-bool XdgWorkspace::launchApplication(const std::string&) { return false; }
+bool XdgWorkspace::launchApplication(const std::string& identifier) {
+    if (identifier.empty())
+        return false;
+    const BundleInfo running = NSBundle::mainBundle().info();
+    const auto path = identifier == running.identifier && !running.bundlePath.empty()
+        ? std::optional(running.bundlePath)
+        : applicationPath(identifier);
+    std::error_code error;
+    if (!path || !fs::exists(*path, error))
+        return false;
+    const std::string folder = folderWithOpenProgram(error, m_environment);
+    return !error && !startDetached({folder + "/open", *path});
+}
 
 std::optional<std::string> XdgWorkspace::applicationPath(const std::string& identifier) {
     if (!isEntryIdentifier(identifier))

@@ -23,7 +23,10 @@ public:
     std::optional<std::string> applicationPath(const std::string& identifier) override;
     /// With xdg-open, which is not waited for.
     bool openURL(const std::string& url) override;
+    /// See kw::moveToTrash.
     std::error_code moveToTrash(const std::string& folder, const std::string& name) override;
+    /// The main bundle's identifier starts the main bundle. What is found is started as
+    /// folderWithOpenProgram tells; that the program then ends at once is not noticed.
     bool launchApplication(const std::string& identifier) override;
 
 private:
