@@ -3,8 +3,14 @@
 // Everything: the chief header of each room.
 #pragma once
 
+#include <KWToolkit/appservices/KWByteUnits.h>
 #include <KWToolkit/appservices/KWCrashLogFinder.h>
 #include <KWToolkit/appservices/KWPathUtils.h>
+#include <KWToolkit/appservices/KWStartUpUtils.h>
+#include <KWToolkit/appservices/NSDate+PastFuture.h>
+#include <KWToolkit/appservices/NSError+DebugDescription.h>
+#include <KWToolkit/appservices/NSMutableArray+Prefill.h>
+#include <KWToolkit/appservices/NSString+UUID.h>
 #include <KWToolkit/controls/NSBezierPath+RoundPath.h>
 #include <KWToolkit/hotkeys/KWGlobalHotkeyManager.h>
 #include <KWToolkit/hotkeys/KWHotkeyView.h>
