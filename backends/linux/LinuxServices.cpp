@@ -12,6 +12,7 @@
 #include <backends/linux/x11/X11HotkeyService.h>
 #include <backends/linux/x11/XkbKeyboardLayout.h>
 #include <backends/linux/xdg/JsonDefaultsStore.h>
+#include <backends/linux/xdg/XdgLoginItems.h>
 #include <backends/linux/xdg/XdgMainBundle.h>
 #include <backends/linux/xdg/XdgSearchPaths.h>
 #include <backends/linux/xdg/XdgWorkspace.h>
@@ -87,7 +88,7 @@ std::unique_ptr<ProcessService> makeDefaultService() {
 
 template <>
 std::unique_ptr<LoginItems> makeDefaultService() {
-    return std::make_unique<UnavailableLoginItems>();
+    return std::make_unique<XdgLoginItems>();
 }
 
 template <>

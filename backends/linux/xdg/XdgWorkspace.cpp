@@ -6,8 +6,6 @@
 #include <backends/linux/xdg/ApplicationFolder.h>
 #include <backends/linux/xdg/BaseFolders.h>
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <system_error>
@@ -26,8 +24,6 @@ bool isFile(const fs::path& path) {
     std::error_code error;
     return fs::is_regular_file(path, error);
 }
-
-bool isProgram(const fs::path& path) { return isFile(path) && ::access(path.c_str(), X_OK) == 0; }
 
 bool holdsProgram(const fs::path& folder) {
     std::error_code error;
@@ -86,17 +82,6 @@ std::optional<DesktopFile> desktopFileNamed(const fs::path& folder, const std::s
     return std::nullopt;
 }
 
-std::optional<fs::path> executable(const std::string& program, const std::string& searchPath) {
-    std::vector<fs::path> candidates;
-    if (program.starts_with('/'))
-        candidates.push_back(program);
-    else if (!program.empty() && program.find('/') == program.npos)
-        for (const std::string& folder : absolutePaths(searchPath))
-            candidates.push_back(fs::path(folder) / program);
-    const auto found = std::ranges::find_if(candidates, isProgram);
-    return found == candidates.end() ? std::nullopt : std::optional(*found);
-}
-
 } // namespace
 
 XdgWorkspace::XdgWorkspace(Environment environment, std::string sharedApplications)
@@ -137,13 +122,7 @@ std::optional<std::string> XdgWorkspace::applicationPath(const std::string& iden
         if (!file)
             continue;
         const bool isHidden = file->entry.value(DesktopEntry::mainGroup, "Hidden") == "true";
-        const auto program =
-            isHidden ? std::nullopt : executable(programOf(file->entry), m_environment("PATH"));
-        if (!program)
-            return std::nullopt;
-        std::error_code error;
-        const auto application = applicationFolderAbove(fs::canonical(*program, error));
-        return application.value_or(*program).string();
+        return isHidden ? std::nullopt : applicationOf(file->entry, m_environment("PATH"));
     }
     return std::nullopt;
 }
