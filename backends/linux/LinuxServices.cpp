@@ -6,6 +6,7 @@
 #include <KWToolkit/platform/Platform.h>
 #include <backends/linux/dbus/DBusUrlEventService.h>
 #include <backends/linux/dbus/PortalWorkspace.h>
+#include <backends/linux/posix/CLocale.h>
 #include <backends/linux/posix/PollRunLoop.h>
 #include <backends/linux/posix/PosixFileSystem.h>
 #include <backends/linux/posix/PosixSystemLog.h>
@@ -98,7 +99,7 @@ std::unique_ptr<RunningApplications> makeDefaultService() {
 
 template <>
 std::unique_ptr<Locale> makeDefaultService() {
-    return std::make_unique<StandardLocale>();
+    return std::make_unique<CLocale>();
 }
 
 template <>

@@ -19,6 +19,7 @@
 #include <charconv>
 #include <cstdint>
 #include <filesystem>
+#include <ranges>
 #include <set>
 #include <string_view>
 #include <utility>
@@ -125,13 +126,15 @@ void setHidden(DesktopEntry& content, bool isHidden) {
 struct Application {
     std::string entryName;
     std::string name;
+    std::string path; ///< as the item has it
     std::string bundlePath; ///< expanded
     std::string program;
 };
 
 std::error_code describe(const LoginItem& item, Application& application) {
     const auto invalid = std::make_error_code(std::errc::invalid_argument);
-    application.bundlePath = stringByExpandingTildeInPath(item.path.value_or(""));
+    application.path = item.path.value_or("");
+    application.bundlePath = stringByExpandingTildeInPath(application.path);
     const BundleInfo host = NSBundle::mainBundle().info();
     if (application.bundlePath == host.bundlePath) {
         const auto entryName = hostEntryName();
@@ -155,16 +158,16 @@ std::error_code describe(const LoginItem& item, Application& application) {
     return isWhole ? std::error_code() : invalid;
 }
 
-void fill(DesktopEntry& content, const Application& application, const LoginItem& item) {
+void fill(DesktopEntry& content, const Application& application, bool isHidden) {
     const std::pair<std::string_view, std::string> values[] {
         {"Type", "Application"},
         {"Name", escapedDesktopString(application.name)},
         {"Exec",
             escapedDesktopString(
-                commandLine(application.program, application.bundlePath, item.isHidden))},
+                commandLine(application.program, application.bundlePath, isHidden))},
         {"TryExec", escapedDesktopString(application.program)},
-        {pathKey, escapedDesktopString(*item.path)},
-        {hideKey, item.isHidden ? "true" : "false"},
+        {pathKey, escapedDesktopString(application.path)},
+        {hideKey, isHidden ? "true" : "false"},
         {enabledKey, "true"},
     };
     for (const auto& [key, value] : values)
@@ -202,12 +205,12 @@ public:
         }
         std::int64_t behind = 0;
         // From the end: an item that is added before all others leaves them as they are.
-        for (auto item = items.rbegin(); item != items.rend(); ++item) {
-            if (item->token.empty()) {
-                if (const auto error = planNew(*item, ++behind))
+        for (const LoginItem& item : std::views::reverse(items)) {
+            if (item.token.empty()) {
+                if (const auto error = planNew(item, ++behind))
                     return error;
             } else {
-                planFormer(*item, behind);
+                planFormer(item, behind);
             }
         }
         return {};
@@ -235,7 +238,7 @@ private:
         const std::string stem = fs::path(entry.fileName).stem().string();
         for (int number = 2; !takeFile(entry); ++number)
             entry.fileName = stem + "-" + std::to_string(number) + ".desktop";
-        fill(entry.content, application, item);
+        fill(entry.content, application, item.isHidden);
         entry.content.setValue(mainGroup, positionKey, std::to_string(position));
         m_written.push_back(std::move(entry));
         return {};
