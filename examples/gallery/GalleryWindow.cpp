@@ -4,6 +4,7 @@
 
 #include "HotkeysPage.h"
 #include "LoggingPage.h"
+#include "LoginItemsPage.h"
 #include "Page.h"
 #include "UrlPage.h"
 
@@ -17,6 +18,7 @@ namespace {
 const Page pages[] {
     {"Hotkeys", &HotkeysPage::make, &HotkeysPage::visit},
     {"Logging", &LoggingPage::make, &LoggingPage::visit},
+    {"Login items", &LoginItemsPage::make, &LoginItemsPage::visit},
     {"URLs and mail", &UrlPage::make, &UrlPage::visit},
 };
 
