@@ -9,6 +9,9 @@
 namespace kw {
 
 /// As many nulls, for values to take their places.
-inline PropertyList arrayWithSize(std::size_t size) { return PropertyList(size, NSNull()); }
+inline PropertyList arrayWithSize(std::size_t size) {
+    PropertyList list(size, NSNull()); // with braces it would be two values
+    return list;
+}
 
 } // namespace kw
