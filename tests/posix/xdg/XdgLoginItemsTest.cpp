@@ -224,13 +224,14 @@ TEST_F(XdgLoginItemsTest, WhatCannotBeKeptIsRefusedBeforeAnythingIsWritten) {
 TEST_F(XdgLoginItemsTest, ProcessesLoseNothingOfEachOther) {
     for (int number = 0; number < 200; ++number)
         entry("other" + std::to_string(number) + ".desktop", "Exec=host");
-    const auto working = [this](const std::string& name) {
-        return [this, name](int output) {
+    // Both want the same file name.
+    const auto working = [this](const std::string& path) {
+        return [this, path](int output) {
             for (int number = 0; number < 10; ++number) {
-                if (add("/" + name) || login.read().size() < 201)
+                if (add(path) || login.read().size() < 201)
                     test::say(output, "not added; ");
                 const auto error = login.update([&](Items& items) {
-                    const auto own = std::ranges::find(items, "/" + name, &LoginItem::path);
+                    const auto own = std::ranges::find(items, path, &LoginItem::path);
                     if (own == items.end())
                         return test::say(output, "lost; ");
                     items.erase(own);
@@ -238,11 +239,11 @@ TEST_F(XdgLoginItemsTest, ProcessesLoseNothingOfEachOther) {
                 if (error)
                     test::say(output, error.message());
             }
-            add("/" + name);
+            add(path);
         };
     };
-    test::ForkedTask first(working("first"));
-    test::ForkedTask second(working("second"));
+    test::ForkedTask first(working("/first/x"));
+    test::ForkedTask second(working("/second/x"));
     EXPECT_EQ(first.result(), "");
     EXPECT_EQ(second.result(), "");
     EXPECT_THAT(login.read(), SizeIs(202));
