@@ -4,9 +4,15 @@
 #pragma once
 
 #include <KWToolkit/appservices/KWActiveApplications.h>
+#include <KWToolkit/appservices/KWByteUnits.h>
 #include <KWToolkit/appservices/KWCrashLogFinder.h>
 #include <KWToolkit/appservices/KWPathUtils.h>
+#include <KWToolkit/appservices/KWStartUpUtils.h>
 #include <KWToolkit/appservices/NSApplication+Relaunch.h>
+#include <KWToolkit/appservices/NSDate+PastFuture.h>
+#include <KWToolkit/appservices/NSError+DebugDescription.h>
+#include <KWToolkit/appservices/NSMutableArray+Prefill.h>
+#include <KWToolkit/appservices/NSString+UUID.h>
 #include <KWToolkit/appservices/PFMoveApplication.h>
 #include <KWToolkit/controls/NSBezierPath+RoundPath.h>
 #include <KWToolkit/hotkeys/KWGlobalHotkeyManager.h>

@@ -6,6 +6,7 @@
 #include <KWToolkit/platform/Platform.h>
 #include <backends/linux/dbus/DBusUrlEventService.h>
 #include <backends/linux/dbus/PortalWorkspace.h>
+#include <backends/linux/posix/CLocale.h>
 #include <backends/linux/posix/Environment.h>
 #include <backends/linux/posix/PollRunLoop.h>
 #include <backends/linux/posix/PosixFileSystem.h>
@@ -15,6 +16,7 @@
 #include <backends/linux/x11/XkbKeyboardLayout.h>
 #include <backends/linux/xdg/JsonDefaultsStore.h>
 #include <backends/linux/xdg/PolkitAuthorizationService.h>
+#include <backends/linux/xdg/XdgLoginItems.h>
 #include <backends/linux/xdg/XdgMainBundle.h>
 #include <backends/linux/xdg/XdgProcessService.h>
 #include <backends/linux/xdg/XdgSearchPaths.h>
@@ -91,7 +93,7 @@ std::unique_ptr<ProcessService> makeDefaultService() {
 
 template <>
 std::unique_ptr<LoginItems> makeDefaultService() {
-    return std::make_unique<UnavailableLoginItems>();
+    return std::make_unique<XdgLoginItems>();
 }
 
 template <>
@@ -104,7 +106,7 @@ std::unique_ptr<RunningApplications> makeDefaultService() {
 
 template <>
 std::unique_ptr<Locale> makeDefaultService() {
-    return std::make_unique<StandardLocale>();
+    return std::make_unique<CLocale>();
 }
 
 template <>

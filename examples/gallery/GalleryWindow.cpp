@@ -4,6 +4,7 @@
 
 #include "HotkeysPage.h"
 #include "LoggingPage.h"
+#include "LoginItemsPage.h"
 #include "MovePage.h"
 #include "Page.h"
 #include "RunningApplicationsPage.h"
@@ -21,6 +22,7 @@ const Page pages[] {
     {"Logging", &LoggingPage::make, &LoggingPage::visit},
     {"URLs and mail", &UrlPage::make, &UrlPage::visit},
     {"Move to Applications", &MovePage::make, &MovePage::visit},
+    {"Login items", &LoginItemsPage::make, &LoginItemsPage::visit},
     {"Running applications", &RunningApplicationsPage::make, &RunningApplicationsPage::visit},
 };
 

@@ -27,6 +27,8 @@ std::string description(const PropertyValue& value) {
         return shortest(*integer);
     if (const auto* real = value.real())
         return shortest(*real);
+    if (value.isNull())
+        return "<null>";
 
     std::string text;
     std::string_view separator;

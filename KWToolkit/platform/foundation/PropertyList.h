@@ -20,7 +20,12 @@ class PropertyValue;
 using PropertyMap = std::map<std::string, PropertyValue>;
 using PropertyList = std::vector<PropertyValue>;
 
-/// A boolean, an integer, a real number, a string, a list or a map.
+/// A value that stands where there is none.
+struct NSNull {
+    friend bool operator==(NSNull, NSNull) = default;
+};
+
+/// A boolean, an integer, a real number, a string, a list, a map or a null.
 ///
 /// The kinds stay apart: the integer 1 is not the boolean true. The getters answer null for a value
 /// of another kind.
@@ -43,6 +48,8 @@ public:
         : m_value(std::move(value)) { }
     PropertyValue(PropertyMap value)
         : m_value(std::move(value)) { }
+    PropertyValue(NSNull value)
+        : m_value(value) { }
 
     const bool* boolean() const { return std::get_if<bool>(&m_value); }
     const std::int64_t* integer() const { return std::get_if<std::int64_t>(&m_value); }
@@ -50,15 +57,18 @@ public:
     const std::string* string() const { return std::get_if<std::string>(&m_value); }
     const PropertyList* list() const { return std::get_if<PropertyList>(&m_value); }
     const PropertyMap* map() const { return std::get_if<PropertyMap>(&m_value); }
+    bool isNull() const { return std::holds_alternative<NSNull>(m_value); }
 
     friend bool operator==(const PropertyValue&, const PropertyValue&) = default;
 
 private:
-    std::variant<bool, std::int64_t, double, std::string, PropertyList, PropertyMap> m_value;
+    std::variant<bool, std::int64_t, double, std::string, PropertyList, PropertyMap, NSNull>
+        m_value;
 };
 
 /// As text: strings as they are, integers in decimal, real numbers in their shortest form ("3",
-/// "0.1", "1e+21"), booleans as "1" and "0", lists as "(1, two)" and maps as "{a = 1; b = two;}".
+/// "0.1", "1e+21"), booleans as "1" and "0", nulls as "<null>", lists as "(1, two)" and maps as "{a
+/// = 1; b = two;}".
 KW_EXPORT std::string description(const PropertyValue& value);
 
 } // namespace kw

@@ -32,12 +32,16 @@ LocaleName localeName(std::string_view name) {
     return parts;
 }
 
-std::string messagesLocale(const Environment& environment) {
-    for (const char* const variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+std::string localeOf(const char* category, const Environment& environment) {
+    for (const char* const variable : {"LC_ALL", category, "LANG"}) {
         if (std::string locale = environment(variable); !locale.empty())
             return locale;
     }
     return "C";
+}
+
+std::string messagesLocale(const Environment& environment) {
+    return localeOf("LC_MESSAGES", environment);
 }
 
 std::vector<std::string> preferredLanguages(const Environment& environment) {

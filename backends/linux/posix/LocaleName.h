@@ -21,7 +21,11 @@ struct LocaleName {
 
 KW_EXPORT LocaleName localeName(std::string_view name);
 
-/// The locale of texts: the first set of LC_ALL, LC_MESSAGES and LANG; else "C".
+/// The locale of a category such as "LC_NUMERIC": the first set of LC_ALL, its own variable and
+/// LANG; else "C".
+KW_EXPORT std::string localeOf(const char* category, const Environment& environment);
+
+/// The locale of texts.
 KW_EXPORT std::string messagesLocale(const Environment& environment);
 
 /// The user's languages, best first and none twice, each after the form with the country: "de_AT",

@@ -22,8 +22,14 @@ std::string programIn(const DesktopEntry& entry, std::string_view key) {
     if (!value || key == "TryExec")
         return value.value_or("");
     const auto arguments = splitExec(*value);
-    const bool isPlain = arguments && !arguments->empty() && arguments->front().fieldCodes.empty();
-    return isPlain ? arguments->front().text : "";
+    if (!arguments)
+        return "";
+    auto program = arguments->begin();
+    if (program != arguments->end() && fs::path(program->text).filename() == "env")
+        program = std::find_if(program + 1, arguments->end(),
+            [](const ExecArgument& word) { return word.text.find('=') == word.text.npos; });
+    const bool isPlain = program != arguments->end() && program->fieldCodes.empty();
+    return isPlain ? program->text : "";
 }
 
 bool starts(const DesktopEntry& entry, const std::string& programName) {
@@ -91,6 +97,14 @@ std::optional<fs::path> findProgram(const std::string& program, const std::strin
             candidates.push_back(fs::path(folder) / program);
     const auto found = std::ranges::find_if(candidates, isProgram);
     return found == candidates.end() ? std::nullopt : std::optional(*found);
+}
+
+std::optional<std::string> applicationOf(const DesktopEntry& entry, const std::string& searchPath) {
+    const auto program = findProgram(programOf(entry), searchPath);
+    if (!program)
+        return std::nullopt;
+    std::error_code error;
+    return applicationFolderAbove(fs::canonical(*program, error)).value_or(*program).string();
 }
 
 } // namespace kw

@@ -31,7 +31,7 @@ std::optional<DesktopFile> desktopFileIn(
     const std::filesystem::path& folder, const std::string& programName);
 
 /// The program that the entry starts, as it is written: a path, or a name to be looked for in PATH.
-/// Empty where there is none.
+/// What "env" starts counts, not "env". Empty where there is none.
 std::string programOf(const DesktopEntry& entry);
 
 /// Whether it is a file that this user can execute.
@@ -41,5 +41,9 @@ bool isProgram(const std::filesystem::path& path);
 /// PATH.
 std::optional<std::filesystem::path> findProgram(
     const std::string& program, const std::string& searchPath);
+
+/// The application that the entry starts: its program, found so, or the folder "Name.app" in which
+/// that lies. Nothing where it cannot be executed.
+std::optional<std::string> applicationOf(const DesktopEntry& entry, const std::string& searchPath);
 
 } // namespace kw

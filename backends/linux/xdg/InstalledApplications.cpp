@@ -133,14 +133,4 @@ const DesktopFile* entryOfWindows(const std::vector<DesktopFile>& entries,
     return best;
 }
 
-std::optional<std::string> applicationOf(
-    const DesktopEntry& entry, const Environment& environment) {
-    const auto program = findProgram(programOf(entry), environment("PATH"));
-    if (!program)
-        return std::nullopt;
-    std::error_code error;
-    const auto folder = applicationFolderAbove(fs::canonical(*program, error));
-    return folder.value_or(*program).string();
-}
-
 } // namespace kw

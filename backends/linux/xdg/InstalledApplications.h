@@ -33,8 +33,4 @@ std::vector<DesktopFile> installedEntries(const std::vector<std::filesystem::pat
 const DesktopFile* entryOfWindows(const std::vector<DesktopFile>& entries,
     const std::string& instance, const std::string& windowClass);
 
-/// What a user starts: the program of the entry, looked for in PATH, or the folder "Name.app" in
-/// which that lies. Nothing where it cannot be executed.
-std::optional<std::string> applicationOf(const DesktopEntry& entry, const Environment& environment);
-
 } // namespace kw

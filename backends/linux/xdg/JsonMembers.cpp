@@ -89,6 +89,8 @@ Json jsonOf(const PropertyValue& value, int depth) {
         return *number;
     if (const auto* const text = value.string())
         return *text;
+    if (value.isNull())
+        return nullptr;
     if (const auto* const list = value.list()) {
         Json array = Json::array();
         for (const PropertyValue& item : *list)
@@ -103,6 +105,8 @@ Json jsonOf(const PropertyValue& value, int depth) {
 
 std::optional<PropertyValue> propertyOf(const Json& json) {
     switch (json.type()) {
+    case Json::value_t::null:
+        return NSNull();
     case Json::value_t::boolean:
         return json.get<bool>();
     case Json::value_t::number_integer:
@@ -136,12 +140,12 @@ std::optional<PropertyValue> propertyOf(const Json& json) {
     }
 }
 
-/// Null where a number is beyond the range of real numbers. Throws `Json::parse_error`.
+/// Discarded where a number is beyond the range of real numbers. Throws `Json::parse_error`.
 Json parsed(std::string_view text) {
     try {
         return Json::parse(text);
     } catch (const Json::out_of_range&) {
-        return nullptr;
+        return Json::value_t::discarded;
     }
 }
 

@@ -30,8 +30,8 @@ public:
     static std::optional<JsonMembers> parse(std::string_view text);
     std::string text() const;
 
-    /// The values that a `PropertyValue` can hold. Integers that do not fit are real numbers; null
-    /// is left out, and so is a value with a number beyond the range of real numbers.
+    /// The values that a `PropertyValue` can hold. Integers that do not fit are real numbers; a
+    /// value with a number beyond the range of real numbers is left out.
     PropertyMap values() const;
     /// False where the members are what they were.
     bool apply(const JsonChanges& changes);

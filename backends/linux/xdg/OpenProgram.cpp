@@ -20,7 +20,7 @@ namespace {
 constexpr std::string_view script = R"script(#!/bin/sh
 # open PATH: starts the application at the path.
 [ $# -eq 1 ] || { echo 'Usage: open PATH' >&2; exit 2; }
-unset APPIMAGE APPDIR ARGV0 OWD
+unset APPIMAGE APPDIR ARGV0 OWD KWTOOLKIT_LOGIN_ITEM
 PATH=${PATH#"${0%/*}:"} # the application is to find other programs
 
 item=$1

@@ -3,17 +3,15 @@
 #include <KWToolkitLinux/UrlScheme.h>
 
 #include <KWToolkit/platform/foundation/NSBundle.h>
-#include <backends/linux/posix/AtomicFile.h>
 #include <backends/linux/xdg/BaseFolders.h>
 #include <backends/linux/xdg/DesktopEntry.h>
+#include <backends/linux/xdg/HostEntry.h>
 
 #include <algorithm>
 #include <filesystem>
 #include <optional>
 #include <string_view>
 #include <vector>
-
-#include <unistd.h>
 
 namespace kw {
 
@@ -23,7 +21,6 @@ namespace {
 
 constexpr std::string_view mainGroup = DesktopEntry::mainGroup;
 constexpr std::string_view madeHereKey = "X-KWToolkit-Made"; // nobody else's file
-constexpr mode_t readableByAll = 0644;
 
 /// In small letters; nothing where it is no scheme.
 std::optional<std::string> canonicalScheme(std::string scheme) {
@@ -46,31 +43,12 @@ struct Paths {
 
 /// Nothing where there is no home, or no identifier to name a file with.
 std::optional<Paths> paths() {
-    const std::string identifier = NSBundle::mainBundle().info().identifier;
+    const auto name = hostEntryName();
     const BaseFolders folders = baseFolders();
-    if (identifier.empty() || identifier.find('/') != identifier.npos || !folders.dataHome
-        || !folders.configHome)
+    if (!name || !folders.dataHome || !folders.configHome)
         return std::nullopt;
-    const std::string name = identifier + ".desktop";
-    return Paths {
-        name, *folders.dataHome + "/applications/" + name, *folders.configHome + "/mimeapps.list"};
-}
-
-/// Empty for a file that is not there.
-std::error_code readEntry(const std::string& path, std::optional<DesktopEntry>& entry) {
-    std::string text;
-    const auto error = readFile(path, text);
-    if (error && error != std::errc::no_such_file_or_directory)
-        return error;
-    if (!error)
-        entry.emplace(text);
-    return {};
-}
-
-std::error_code writeEntry(const std::string& path, const DesktopEntry& entry) {
-    if (const auto error = createFolders(fs::path(path).parent_path().string()))
-        return error;
-    return replaceFile(path, entry.text(), readableByAll);
+    return Paths {*name, *folders.dataHome + "/applications/" + *name,
+        *folders.configHome + "/mimeapps.list"};
 }
 
 DesktopEntry startingEntry(const std::string& entryName) {
@@ -87,14 +65,6 @@ DesktopEntry startingEntry(const std::string& entryName) {
     entry.setValue(mainGroup, "NoDisplay", "true");
     entry.setValue(mainGroup, madeHereKey, "true");
     return entry;
-}
-
-/// The host's program, as a user would start it.
-std::string program() {
-    const BundleInfo bundle = NSBundle::mainBundle().info();
-    std::error_code error;
-    return fs::is_regular_file(bundle.bundlePath, error) ? bundle.bundlePath
-                                                         : bundle.executablePath;
 }
 
 bool takesURL(const DesktopEntry& entry, const std::string& programPath) {
@@ -154,7 +124,7 @@ std::error_code associate(const Paths& files, const std::string& type, bool isHa
 std::error_code installUrlScheme(const std::string& scheme) {
     const auto canonical = canonicalScheme(scheme);
     const auto files = paths();
-    const std::string programPath = program();
+    const std::string programPath = hostProgram();
     if (!canonical || !files || !programPath.starts_with('/'))
         return std::make_error_code(std::errc::invalid_argument);
     const std::string type = "x-scheme-handler/" + *canonical;

@@ -70,6 +70,8 @@ TEST_F(JsonDefaultsStoreTest, ValuesComeBackAsTheyWere) {
         {"text", "\"\\\n\t\x7F ⌥ \U0001F600"},
         {"list", PropertyList {1, "a\nb", PropertyList(), PropertyMap()}},
         {"map", PropertyMap {{"b", PropertyMap {{"c", false}}}, {"a", PropertyList {1.5}}}},
+        {"null", NSNull()},
+        {"nulls", PropertyList {NSNull(), PropertyMap {{"", NSNull()}}}},
         {"deep", nestedValue(255)},
     };
     EXPECT_FALSE(store.write("app", {values.begin(), values.end()}));
@@ -86,8 +88,8 @@ TEST_F(JsonDefaultsStoreTest, KeepsWhatItDoesNotChangeByteForByte) {
 )");
     EXPECT_EQ(store.read("app"),
         (PropertyMap {{"z", 1.1}, {"big", 123456789012345678901234567890.0},
-            {"u", 18446744073709551615.0}, {"twice", 2}, {"b", PropertyList {0}},
-            {"gone", PropertyMap()}, {"brackets", "]}\"{,:"}}));
+            {"u", 18446744073709551615.0}, {"twice", 2}, {"b", PropertyList {0, NSNull()}},
+            {"null", NSNull()}, {"gone", PropertyMap()}, {"brackets", "]}\"{,:"}}));
     EXPECT_FALSE(store.write(
         "app", {{"b", PropertyList {1}}, {"twice", 3}, {"gone", std::nullopt}, {"a", true}}));
     EXPECT_EQ(folder.read(file), R"({

@@ -59,6 +59,7 @@ TEST_F(NSUserDefaultsTest, ConvertsWhatIsStored) {
         {".5", false, 0, 0.5, ".5"},
         {"99999999999999999999", true, greatest, 1e20, "99999999999999999999"},
         {"-99999999999999999999", true, least, -1e20, "-99999999999999999999"},
+        {NSNull(), false, 0, 0, std::nullopt},
         {PropertyList {1}, false, 0, 0, std::nullopt},
         {PropertyMap {{"a", 1}}, false, 0, 0, std::nullopt},
     };

@@ -161,6 +161,7 @@ TEST(Url, DescribesValues) {
         {-1e21, "-1e+21"},
         {-std::numeric_limits<double>::denorm_min(), "-5e-324"},
         {-2.2250738585072014e-308, "-2.2250738585072014e-308"},
+        {NSNull(), "<null>"},
         {PropertyList {}, "()"},
         {PropertyList {"", 1, PropertyList {"x"}}, "(, 1, (x))"},
         {PropertyMap {{"a", 1}, {"b", PropertyMap()}}, "{a = 1; b = {};}"},
