@@ -36,43 +36,49 @@ public:
         }
     }
     std::string path() const { return m_folder.path("Player.app"); }
-    std::string copyPath() const { return m_folder.path("Copy.app"); }
+    /// Another one each time: some file systems take long over a place that was free just now.
+    std::string nextCopyPath() { return m_folder.path(std::to_string(++m_copies) + ".app"); }
 
 private:
     kw::test::TemporaryFolder m_folder {std::filesystem::current_path()};
+    int m_copies = 0;
 };
 
-void measure(
-    benchmark::State& state, const Application& application, const std::function<bool()>& copy) {
+using Copy = std::function<bool(const std::string& from, const std::string& to)>;
+
+void measure(benchmark::State& state, Application& application, const Copy& copy) {
     for (auto _ : state) {
-        if (!copy())
-            state.SkipWithError("not copied");
         state.PauseTiming();
-        std::filesystem::remove_all(application.copyPath());
+        const std::string to = application.nextCopyPath();
         ::sync(); // what one has left to write is not the next one's to wait for
         state.ResumeTiming();
+        if (!copy(application.path(), to))
+            state.SkipWithError("not copied");
     }
+}
+
+bool shell(const std::string& command) { return std::system(command.c_str()) == 0; }
+
+std::string cp(const std::string& from, const std::string& to) {
+    return "cp -a '" + from + "' '" + to + "'";
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    if (!kw::bench::initializeInTurns(argc, argv, 7, "0.01"))
+    if (!kw::bench::initializeInTurns(argc, argv, 5, "0.01"))
         return 1;
-    const Application application;
-    ::sync();
-    const auto shell = [](const std::string& command) {
-        return [command] { return std::system(command.c_str()) == 0; };
-    };
-    const std::string cp = "cp -a '" + application.path() + "' '" + application.copyPath() + "'";
-    const std::pair<const char*, std::function<bool()>> rows[] = {
+    Application application;
+    const std::pair<const char*, Copy> rows[] = {
         {"toolkit",
-            [&] {
-                kw::PosixFileSystem files;
-                return !files.copyItem(application.path(), application.copyPath());
+            [](const auto& from, const auto& to) {
+                return !kw::PosixFileSystem().copyItem(from, to);
             }},
-        {"cp", shell(cp)},
-        {"cp_and_sync", shell(cp + " && sync -f '" + application.copyPath() + "'")},
+        {"cp", [](const auto& from, const auto& to) { return shell(cp(from, to)); }},
+        {"cp_and_sync",
+            [](const auto& from, const auto& to) {
+                return shell(cp(from, to) + " && sync -f '" + to + "'");
+            }},
     };
     for (const auto& row : rows)
         benchmark::RegisterBenchmark(

@@ -17,6 +17,7 @@
 
 #include <array>
 #include <chrono>
+#include <vector>
 
 namespace gallery {
 
@@ -28,7 +29,7 @@ QString previousApplication() {
     try {
         const auto name = KWActiveApplications::previousActiveApplicationName();
         const auto path = KWActiveApplications::previousActiveApplicationPath();
-        return name ? QString::fromStdString(*name + ", " + *path) : "not known";
+        return name && path ? QString::fromStdString(*name + ", " + *path) : "not known";
     } catch (const kw::NSException& exception) {
         return QString::fromUtf8(exception.what());
     }
@@ -73,10 +74,11 @@ void RunningApplicationsPage::showEvent(QShowEvent*) {
 void RunningApplicationsPage::hideEvent(QHideEvent*) { m_timer.stop(); }
 
 void RunningApplicationsPage::update() {
-    const auto applications = KWActiveApplications::activeApplications();
-    m_list->setRowCount(applications ? static_cast<int>(applications->size()) : 0);
+    const auto applications =
+        KWActiveApplications::activeApplications().value_or(std::vector<kw::RunningApplication>());
+    m_list->setRowCount(static_cast<int>(applications.size()));
     for (int row = 0; row < m_list->rowCount(); ++row) {
-        const auto& [name, path, process] = (*applications)[static_cast<std::size_t>(row)];
+        const auto& [name, path, process] = applications[static_cast<std::size_t>(row)];
         const std::array texts {
             QString::fromStdString(name), QString::number(process), QString::fromStdString(path)};
         for (int column = 0; column < m_list->columnCount(); ++column)

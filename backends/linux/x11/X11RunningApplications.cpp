@@ -67,14 +67,16 @@ constexpr std::string_view interpreters[] {"bash", "dash", "electron", "gjs", "g
     "zsh"};
 
 constexpr std::size_t mostWindows = 4096;
-constexpr std::uint32_t propertyRoom = mostWindows; // in units of four bytes
+// In units of four bytes.
+constexpr std::uint32_t listRoom = mostWindows;
+constexpr std::uint32_t textRoom = 256;
 
 using Property = XcbPointer<xcb_get_property_reply_t>;
 
 xcb_get_property_cookie_t requestProperty(
-    xcb_connection_t* xcb, xcb_window_t window, xcb_atom_t name) {
+    xcb_connection_t* xcb, xcb_window_t window, xcb_atom_t name, std::uint32_t room) {
     return xcb_get_property(
-        xcb, /*delete*/ false, window, name, XCB_GET_PROPERTY_TYPE_ANY, 0, propertyRoom);
+        xcb, /*delete*/ false, window, name, XCB_GET_PROPERTY_TYPE_ANY, 0, room);
 }
 
 std::vector<std::uint32_t> numbers(const Property& property) {
@@ -268,8 +270,8 @@ void X11RunningApplications::readEvents() {
 }
 
 Property X11RunningApplications::property(xcb_window_t window, xcb_atom_t name) const {
-    return xcbReply(
-        xcb_get_property_reply, *m_connection, requestProperty(*m_connection, window, name));
+    return xcbReply(xcb_get_property_reply, *m_connection,
+        requestProperty(*m_connection, window, name, listRoom));
 }
 
 xcb_window_t X11RunningApplications::activeWindow() const {
@@ -312,7 +314,7 @@ std::vector<X11RunningApplications::Identity> X11RunningApplications::identities
     std::vector<xcb_get_property_cookie_t> requests;
     for (const xcb_window_t window : m_history) {
         for (const xcb_atom_t name : names)
-            requests.push_back(requestProperty(*m_connection, window, name));
+            requests.push_back(requestProperty(*m_connection, window, name, textRoom));
     }
 
     const auto isOfApplication = [this](std::uint32_t type) -> std::optional<bool> {

@@ -131,7 +131,7 @@ std::string nameInTrash(const fs::path& name, int number) {
     constexpr std::size_t longest = 255 - infoSuffix.size();
     std::string extension = name.extension().string();
     if (number > 1)
-        extension.insert(0, "." + std::to_string(number));
+        extension.insert(0, std::to_string(number)).insert(0, 1, '.');
     const std::string stem = name.stem().string();
     const std::size_t room = longest - std::min(longest, extension.size());
     return (stem.substr(0, room) + extension).substr(0, longest);
