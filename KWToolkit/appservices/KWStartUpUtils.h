@@ -15,7 +15,8 @@ namespace kw {
 /// A login item is the host's where the name is anywhere in its path, in the same case:
 /// "Mail" is also in "/Applications/Mailbox.app" and in every path below "/home/Mail". Without an
 /// argument the name is the host's own; `NSInvalidArgumentException` is thrown where that is not
-/// known.
+/// known. A host whose path does not hold its name passes the path of its bundle, which finds it
+/// and nothing else beside it.
 class KW_EXPORT KWStartUpUtils {
 public:
     KWStartUpUtils() = delete;

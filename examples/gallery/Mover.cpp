@@ -14,6 +14,9 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <QWindow>
+
+#include <utility>
 
 namespace gallery {
 
@@ -34,7 +37,6 @@ int runMover(int argc, char** argv) {
     kw::PFMoveToApplicationsFolderIfNecessary();
 
     const std::string place = kw::NSBundle::mainBundle().bundlePath().substr(paths.home->size());
-    kw::Platform::console().writeLine("Mover runs from ~" + place);
     QDialog window;
     auto* const layout = new QVBoxLayout(&window);
     auto* const quit = new QPushButton("Quit");
@@ -43,6 +45,11 @@ int runMover(int argc, char** argv) {
     layout->addWidget(new QLabel(QString::fromStdString("Mover runs from ~" + place)));
     layout->addWidget(quit);
     QObject::connect(quit, &QPushButton::clicked, &window, &QDialog::accept);
+    QObject::connect(&application, &QGuiApplication::focusWindowChanged, &window,
+        [&place, isTold = false](const QWindow* focused) mutable {
+            if (focused && !std::exchange(isTold, true))
+                kw::Platform::console().writeLine("Mover runs from ~" + place);
+        });
     window.exec();
     return 0;
 }

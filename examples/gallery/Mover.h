@@ -7,8 +7,8 @@ namespace gallery {
 
 bool isMover();
 
-/// Offers to move itself within its home folder, and says where it runs from, in a window and on
-/// standard error.
+/// Offers to move itself within its home folder, and says where it runs from, in a window and,
+/// once that is in front, on standard error.
 int runMover(int argc, char** argv);
 
 } // namespace gallery

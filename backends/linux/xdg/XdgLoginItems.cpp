@@ -184,7 +184,8 @@ public:
         , m_former(std::move(former)) { }
 
     /// Works out what is to be written and deleted.
-    std::error_code plan(const std::vector<LoginItem>& items) {
+    std::error_code plan(const std::vector<LoginItem>& wanted) {
+        const std::vector<LoginItem> items = withoutReplaced(wanted);
         for (const LoginItem& item : m_former)
             m_removed.insert(item.token);
         for (const LoginItem& item : items) {
@@ -222,6 +223,20 @@ public:
     }
 
 private:
+    /// A desktop starts a program once, so a new item takes the place of the one for its path.
+    std::vector<LoginItem> withoutReplaced(std::vector<LoginItem> items) const {
+        std::set<std::optional<std::string>> newPaths;
+        for (const LoginItem& item : items) {
+            if (item.token.empty())
+                newPaths.insert(item.path);
+        }
+        std::erase_if(items, [&](const LoginItem& item) {
+            const auto entry = std::ranges::find(m_entries, item.token, &Entry::fileName);
+            return entry != m_entries.end() && entry->position() && newPaths.contains(item.path);
+        });
+        return items;
+    }
+
     std::error_code planNew(const LoginItem& item, std::int64_t position) {
         Application application;
         if (const auto error = describe(item, application))

@@ -19,10 +19,10 @@ namespace kw {
 /// PATH, or the folder "Name.app" in which that lies; an entry whose program cannot be executed has
 /// no path.
 ///
-/// A new item starts the host, if the path is that of the main bundle, else the file at the path. A
-/// path that an entry cannot hold is refused before anything is written, with
-/// `std::errc::illegal_byte_sequence` if it is not UTF-8, else with `std::errc::invalid_argument`;
-/// and so is an item whose path has changed.
+/// A new item takes the place of one of the toolkit's for the same path. It starts the host, if the
+/// path is that of the main bundle, else the file at the path. A path that an entry cannot hold is
+/// refused before anything is written, with `std::errc::illegal_byte_sequence` if it is not UTF-8,
+/// else with `std::errc::invalid_argument`; and so is an item whose path has changed.
 class KW_EXPORT XdgLoginItems final : public LoginItems {
 public:
     explicit XdgLoginItems(Environment environment = processEnvironment);

@@ -126,6 +126,7 @@ TEST_F(XdgLoginItemsTest, AnImageIsStartedAndNotItsMount) {
             + folder.path("X.app ") + bin + "/host\nTryExec=" + bin + "/host\nX-KWToolkit-Path="
             + folder.path("X.app") + "\nX-KWToolkit-Hide=false\nX-GNOME-Autostart-enabled=true\n"
             + "X-KWToolkit-Position=2\n");
+    EXPECT_FALSE(addHost()); // once more
     EXPECT_THAT(tokens(), ElementsAre("org.example.Host-2.desktop", "org.example.Host.desktop"));
     // What the host starts inherits the mark.
     for (const auto& [mark, launch] : {std::pair(folder.path("X.app"), LoginLaunch::hidden),
