@@ -125,6 +125,7 @@ void MovePage::steps(Tour& tour) {
     takePicture("move-1-alert");
     press(Qt::Key_Escape);
     tour.expect("Mover, declined", "Mover runs from ~/Downloads/Mover.app", lastLine);
+    expectFront(false);
     press(Qt::Key_Escape);
     expectFront(true);
 
