@@ -22,7 +22,8 @@ namespace {
 
 using namespace kw;
 using testing::ElementsAre;
-using testing::ThrowsMessage;
+using testing::Property;
+using testing::Throws;
 
 class RunningApplicationsTest : public testing::Test {
 protected:
@@ -39,40 +40,35 @@ protected:
 TEST_F(RunningApplicationsTest, ThePreviousOneIsTheFirstThatIsNotInFrontAsTheHost) {
     const RunningApplication host {"Host", "/Applications/Host.app", 1};
     const RunningApplication copy {"Host", "/tmp/Copy.app", 2};
-    const RunningApplication preview {"Preview", "/Applications/Preview.app", 3};
-    const RunningApplication tool {"Tool", "/usr/bin/tool.d/", 4};
+    const RunningApplication tool {"Tool", "/usr/bin/tool.d/", 3};
     const RunningApplication remote {"Remote", "", 0};
-    using List = std::vector<RunningApplication>;
-    using Text = std::optional<std::string>;
+    const RunningApplication nameless {"", "/nameless", 5};
     const struct {
-        std::optional<List> list;
+        const char* hostName;
+        std::optional<std::vector<RunningApplication>> list;
         std::optional<RunningApplication> previous;
-        Text name, path;
+        std::optional<std::string> name, path;
     } rows[] = {
-        {std::nullopt, std::nullopt, {}, {}},
-        {List {}, std::nullopt, {}, {}},
-        {List {host, preview, tool}, preview, "Preview", preview.bundlePath},
-        {List {tool, host, preview}, tool, "tool", tool.bundlePath},
-        {List {copy, preview}, preview, "Preview", preview.bundlePath},
-        {List {host, copy}, copy, "Copy", copy.bundlePath},
-        {List {remote, host}, remote, {}, {}},
+        {"Host", {}, {}, {}, {}},
+        {"Host", {{}}, {}, {}, {}},
+        {"Host", {{host, tool, copy}}, tool, "tool", tool.bundlePath},
+        {"Host", {{tool, host, copy}}, tool, "tool", tool.bundlePath},
+        {"Host", {{copy, host}}, host, "Host", host.bundlePath},
+        {"Host", {{remote, host}}, remote, {}, {}},
+        {"", {{nameless}}, nameless, "nameless", nameless.bundlePath},
     };
     for (const auto& row : rows) {
+        bundle.values.name = row.hostName;
         running.applications = row.list;
         EXPECT_EQ(KWActiveApplications::previousActiveApplication(), row.previous);
         EXPECT_EQ(KWActiveApplications::previousActiveApplicationName(), row.name);
         EXPECT_EQ(KWActiveApplications::previousActiveApplicationPath(), row.path);
         EXPECT_EQ(KWActiveApplications::activeApplications().has_value(), row.previous.has_value());
     }
-
+    bundle.values.name = "Host";
     running.applications = {host};
     EXPECT_THAT(&KWActiveApplications::previousActiveApplicationPath,
-        ThrowsMessage<NSException>("no application runs but the host"));
-    // A host that has no name is not found, also where another one has none.
-    bundle.values.name.clear();
-    EXPECT_EQ(KWActiveApplications::previousActiveApplication(), host);
-    running.applications = {{"", "/usr/bin/nameless", 5}};
-    EXPECT_EQ(KWActiveApplications::previousActiveApplicationName(), "nameless");
+        Throws<NSException>(Property(&NSException::name, NSRangeException)));
 }
 
 TEST_F(RunningApplicationsTest, ARelaunchHappensOnceAndOnlyWhereTheHostEnds) {
