@@ -367,7 +367,7 @@ RunningApplication X11RunningApplications::describe(
         application.bundleName = *name;
     if (bundle.executable.empty() || isInterpreter(bundle.executable))
         application.bundlePath =
-            applicationOf(file->entry, m_environment).value_or(application.bundlePath);
+            applicationOf(file->entry, m_environment("PATH")).value_or(application.bundlePath);
     return application;
 }
 

@@ -3,6 +3,9 @@
 #include <backends/linux/xdg/ApplicationFolder.h>
 
 #include <backends/linux/posix/AtomicFile.h>
+#include <backends/linux/xdg/BaseFolders.h>
+
+#include <unistd.h>
 
 #include <algorithm>
 #include <system_error>
@@ -19,8 +22,25 @@ std::string programIn(const DesktopEntry& entry, std::string_view key) {
     if (!value || key == "TryExec")
         return value.value_or("");
     const auto arguments = splitExec(*value);
-    const bool isPlain = arguments && !arguments->empty() && arguments->front().fieldCodes.empty();
-    return isPlain ? arguments->front().text : "";
+    if (!arguments)
+        return "";
+    auto program = arguments->begin();
+    if (program != arguments->end() && fs::path(program->text).filename() == "env")
+        program = std::find_if(program + 1, arguments->end(),
+            [](const ExecArgument& word) { return word.text.find('=') == word.text.npos; });
+    const bool isPlain = program != arguments->end() && program->fieldCodes.empty();
+    return isPlain ? program->text : "";
+}
+
+std::optional<fs::path> executable(const std::string& program, const std::string& searchPath) {
+    std::vector<fs::path> candidates;
+    if (program.starts_with('/'))
+        candidates.push_back(program);
+    else if (!program.empty() && program.find('/') == program.npos)
+        for (const std::string& folder : absolutePaths(searchPath))
+            candidates.push_back(fs::path(folder) / program);
+    const auto found = std::ranges::find_if(candidates, isProgram);
+    return found == candidates.end() ? std::nullopt : std::optional(*found);
 }
 
 bool starts(const DesktopEntry& entry, const std::string& programName) {
@@ -72,6 +92,19 @@ std::optional<DesktopFile> desktopFileIn(const fs::path& folder, const std::stri
 std::string programOf(const DesktopEntry& entry) {
     const std::string program = programIn(entry, "TryExec");
     return program.empty() ? programIn(entry, "Exec") : program;
+}
+
+std::optional<std::string> applicationOf(const DesktopEntry& entry, const std::string& searchPath) {
+    const auto program = executable(programOf(entry), searchPath);
+    if (!program)
+        return std::nullopt;
+    std::error_code error;
+    return applicationFolderAbove(fs::canonical(*program, error)).value_or(*program).string();
+}
+
+bool isProgram(const fs::path& path) {
+    std::error_code error;
+    return fs::is_regular_file(path, error) && ::access(path.c_str(), X_OK) == 0;
 }
 
 } // namespace kw

@@ -31,7 +31,14 @@ std::optional<DesktopFile> desktopFileIn(
     const std::filesystem::path& folder, const std::string& programName);
 
 /// The program that the entry starts, as it is written: a path, or a name to be looked for in PATH.
-/// Empty where there is none.
+/// What "env" starts counts, not "env". Empty where there is none.
 std::string programOf(const DesktopEntry& entry);
+
+/// The application that the entry starts: its program, looked for in the folders of a list as in
+/// PATH, or the folder "Name.app" in which that lies. Nothing where it cannot be executed.
+std::optional<std::string> applicationOf(const DesktopEntry& entry, const std::string& searchPath);
+
+/// Whether the path leads to a file that can be executed.
+bool isProgram(const std::filesystem::path& path);
 
 } // namespace kw

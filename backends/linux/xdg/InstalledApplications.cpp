@@ -4,8 +4,6 @@
 
 #include <backends/linux/xdg/BaseFolders.h>
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <limits>
 #include <set>
@@ -66,17 +64,6 @@ std::string inSmallLetters(const std::string& written) {
     std::ranges::transform(text, text.begin(),
         [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
     return text;
-}
-
-std::optional<fs::path> executable(const std::string& program, const std::string& searchPath) {
-    std::vector<fs::path> candidates;
-    if (program.starts_with('/'))
-        candidates.push_back(program);
-    else if (!program.empty() && program.find('/') == program.npos)
-        for (const std::string& folder : absolutePaths(searchPath))
-            candidates.push_back(fs::path(folder) / program);
-    const auto found = std::ranges::find_if(candidates, isProgram);
-    return found == candidates.end() ? std::nullopt : std::optional(*found);
 }
 
 } // namespace
@@ -144,21 +131,6 @@ const DesktopFile* entryOfWindows(const std::vector<DesktopFile>& entries,
         }
     }
     return best;
-}
-
-std::optional<std::string> applicationOf(
-    const DesktopEntry& entry, const Environment& environment) {
-    const auto program = executable(programOf(entry), environment("PATH"));
-    if (!program)
-        return std::nullopt;
-    std::error_code error;
-    const auto folder = applicationFolderAbove(fs::canonical(*program, error));
-    return folder.value_or(*program).string();
-}
-
-bool isProgram(const fs::path& path) {
-    std::error_code error;
-    return fs::is_regular_file(path, error) && ::access(path.c_str(), X_OK) == 0;
 }
 
 } // namespace kw

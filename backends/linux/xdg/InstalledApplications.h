@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The KWToolkit authors
 // SPDX-License-Identifier: MIT
-// The desktop entries that are installed for the user, and what they start.
+// The desktop entries that are installed for the user.
 #pragma once
 
 #include <backends/linux/posix/Environment.h>
@@ -32,12 +32,5 @@ std::vector<DesktopFile> installedEntries(const std::vector<std::filesystem::pat
 /// are the same only where nothing else fits. Null where there is none.
 const DesktopFile* entryOfWindows(const std::vector<DesktopFile>& entries,
     const std::string& instance, const std::string& windowClass);
-
-/// What a user starts: the program of the entry, looked for in PATH, or the folder "Name.app" in
-/// which that lies. Nothing where it cannot be executed.
-std::optional<std::string> applicationOf(const DesktopEntry& entry, const Environment& environment);
-
-/// Whether it is a regular file that can be executed.
-bool isProgram(const std::filesystem::path& path);
 
 } // namespace kw

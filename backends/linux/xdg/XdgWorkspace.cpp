@@ -95,7 +95,7 @@ std::optional<std::string> XdgWorkspace::applicationPath(const std::string& iden
             return found;
     }
     const auto file = installedEntry(applicationsFolders(m_environment), identifier);
-    return file ? applicationOf(file->entry, m_environment) : std::nullopt;
+    return file ? applicationOf(file->entry, m_environment("PATH")) : std::nullopt;
 }
 
 } // namespace kw
