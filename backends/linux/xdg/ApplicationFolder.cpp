@@ -32,17 +32,6 @@ std::string programIn(const DesktopEntry& entry, std::string_view key) {
     return isPlain ? program->text : "";
 }
 
-std::optional<fs::path> executable(const std::string& program, const std::string& searchPath) {
-    std::vector<fs::path> candidates;
-    if (program.starts_with('/'))
-        candidates.push_back(program);
-    else if (!program.empty() && program.find('/') == program.npos)
-        for (const std::string& folder : absolutePaths(searchPath))
-            candidates.push_back(fs::path(folder) / program);
-    const auto found = std::ranges::find_if(candidates, isProgram);
-    return found == candidates.end() ? std::nullopt : std::optional(*found);
-}
-
 bool starts(const DesktopEntry& entry, const std::string& programName) {
     return std::ranges::any_of(std::initializer_list<std::string_view> {"TryExec", "Exec"},
         [&](auto key) { return fs::path(programIn(entry, key)).filename() == programName; });
@@ -94,17 +83,28 @@ std::string programOf(const DesktopEntry& entry) {
     return program.empty() ? programIn(entry, "Exec") : program;
 }
 
+bool isProgram(const fs::path& path) {
+    std::error_code error;
+    return fs::is_regular_file(path, error) && ::access(path.c_str(), X_OK) == 0;
+}
+
+std::optional<fs::path> findProgram(const std::string& program, const std::string& searchPath) {
+    std::vector<fs::path> candidates;
+    if (program.starts_with('/'))
+        candidates.push_back(program);
+    else if (!program.empty() && program.find('/') == program.npos)
+        for (const std::string& folder : absolutePaths(searchPath))
+            candidates.push_back(fs::path(folder) / program);
+    const auto found = std::ranges::find_if(candidates, isProgram);
+    return found == candidates.end() ? std::nullopt : std::optional(*found);
+}
+
 std::optional<std::string> applicationOf(const DesktopEntry& entry, const std::string& searchPath) {
-    const auto program = executable(programOf(entry), searchPath);
+    const auto program = findProgram(programOf(entry), searchPath);
     if (!program)
         return std::nullopt;
     std::error_code error;
     return applicationFolderAbove(fs::canonical(*program, error)).value_or(*program).string();
-}
-
-bool isProgram(const fs::path& path) {
-    std::error_code error;
-    return fs::is_regular_file(path, error) && ::access(path.c_str(), X_OK) == 0;
 }
 
 } // namespace kw

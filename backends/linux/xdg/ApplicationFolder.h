@@ -34,11 +34,16 @@ std::optional<DesktopFile> desktopFileIn(
 /// What "env" starts counts, not "env". Empty where there is none.
 std::string programOf(const DesktopEntry& entry);
 
-/// The application that the entry starts: its program, looked for in the folders of a list as in
-/// PATH, or the folder "Name.app" in which that lies. Nothing where it cannot be executed.
-std::optional<std::string> applicationOf(const DesktopEntry& entry, const std::string& searchPath);
-
-/// Whether the path leads to a file that can be executed.
+/// Whether it is a file that this user can execute.
 bool isProgram(const std::filesystem::path& path);
+
+/// A program, given by its absolute path or by its name, which is looked for in the folders of
+/// PATH.
+std::optional<std::filesystem::path> findProgram(
+    const std::string& program, const std::string& searchPath);
+
+/// The application that the entry starts: its program, found so, or the folder "Name.app" in which
+/// that lies. Nothing where it cannot be executed.
+std::optional<std::string> applicationOf(const DesktopEntry& entry, const std::string& searchPath);
 
 } // namespace kw
