@@ -35,18 +35,23 @@ void soon(std::function<void()> task) {
 class QtApplication : public testing::Test {
 protected:
     QtApplication() { qt::useQtServices(); }
+    using Task = std::function<void(QMessageBox&)>;
     /// Answers the alert with what the task does to its box.
-    static int answer(NSAlert& alert, const std::function<void(QMessageBox&)>& task) {
+    static int answer(NSAlert& alert, const Task& task) {
         soon([&] { task(*dynamic_cast<QMessageBox*>(QApplication::activeModalWidget())); });
         return alert.runModal();
     }
-    static QPushButton* button(QMessageBox& box, const QString& title) {
-        for (QPushButton* const button : box.findChildren<QPushButton*>()) {
-            if (button->text() == title && button->isVisible())
-                return button;
-        }
-        ADD_FAILURE() << title.toStdString();
-        return nullptr;
+    static Task click(const char* title) {
+        return [title](QMessageBox& box) {
+            for (QAbstractButton* const button : box.buttons()) {
+                if (button->text() == title && button->isVisible())
+                    return button->click();
+            }
+            ADD_FAILURE() << title;
+        };
+    }
+    static Task press(Qt::Key key) {
+        return [key](QMessageBox& box) { QTest::keyClick(&box, key); };
     }
 };
 
@@ -54,72 +59,59 @@ TEST_F(QtApplication, AlertsAnswerWithTheButton) {
     NSAlert alert;
     alert.setMessageText("<b>Delete</b> & \"more\"?");
     alert.setInformativeText("<i>All</i>\nof it");
-    for (const char* const title : {"Save & Quit", "Cancel", "Third"})
-        alert.addButtonWithTitle(title);
-    using Task = std::function<void(QMessageBox&)>;
-    const std::pair<int, Task> rows[] = {
-        {1000, [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Return); }},
-        {1000, [](QMessageBox& box) { button(box, "Save && Quit")->click(); }},
-        {1001, [](QMessageBox& box) { button(box, "Cancel")->click(); }},
-        {1002, [](QMessageBox& box) { button(box, "Third")->click(); }},
-        {0, [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); }},
-        {0, [](QMessageBox& box) { box.close(); }},
-    };
-    for (const auto& [response, task] : rows)
-        EXPECT_EQ(answer(alert, task), response);
-
-    QWidget window;
-    window.show();
-    window.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     NSAlert plain;
-    const int response = answer(plain, [&](QMessageBox& box) {
-        EXPECT_EQ(box.parentWidget(), &window);
-        EXPECT_EQ(box.checkBox(), nullptr);
-        button(box, "OK")->click();
-    });
-    EXPECT_EQ(response, 1000);
-    EXPECT_EQ(answer(plain, [](QMessageBox& box) { box.close(); }), 0);
-
-    answer(alert, [](QMessageBox& box) {
-        QStringList shown;
+    QStringList shown;
+    const auto read = [&](QMessageBox& box) {
         for (const QLabel* const label : box.findChildren<QLabel*>()) {
             shown += label->text();
             EXPECT_EQ(label->textFormat(), Qt::PlainText) << label->text().toStdString();
         }
         EXPECT_EQ(std::ranges::count_if(box.buttons(), &QAbstractButton::isVisible), 3);
-        EXPECT_TRUE(shown.contains("<b>Delete</b> & \"more\"?"));
-        EXPECT_TRUE(shown.contains("<i>All</i>\nof it"));
         box.close();
-    });
+    };
+    for (const char* const title : {"Save & Quit", "Cancel", "Third"})
+        alert.addButtonWithTitle(title);
+    const struct {
+        NSAlert& alert;
+        int response;
+        Task task;
+    } rows[] = {
+        {alert, 1000, press(Qt::Key_Return)},
+        {alert, 1000, click("Save && Quit")},
+        {alert, 1001, click("Cancel")},
+        {alert, 1002, click("Third")},
+        {alert, 0, press(Qt::Key_Escape)},
+        {alert, 0, read},
+        {plain, 1000, click("OK")},
+        {plain, 0, press(Qt::Key_Escape)},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(answer(row.alert, row.task), row.response);
+    EXPECT_TRUE(shown.contains("<b>Delete</b> & \"more\"?"));
+    EXPECT_TRUE(shown.contains("<i>All</i>\nof it"));
+
+    // A box goes with the window above which it is.
+    auto* const window = new QWidget;
+    window->show();
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+    EXPECT_EQ(answer(plain, [&](QMessageBox&) { delete window; }), 0);
 }
 
 TEST_F(QtApplication, AlertsCanBeSuppressed) {
     NSAlert alert;
     alert.setShowsSuppressionButton(true);
-    double size = 0;
-    const auto toggle = [&](QMessageBox& box) {
-        size = box.checkBox()->font().pointSizeF();
-        box.checkBox()->click();
-        box.close();
-    };
-    answer(alert, toggle);
-    EXPECT_TRUE(alert.suppressionButton().isOn);
-    const double regularSize = size;
-    alert.suppressionButton().controlSize = NSControlSize::small;
-    alert.suppressionButton().font = NSFont::systemFontOfSize(NSFont::smallSystemFontSize);
-    answer(alert, toggle);
-    EXPECT_FALSE(alert.suppressionButton().isOn);
-    EXPECT_LT(size, regularSize);
-}
-
-TEST_F(QtApplication, ABoxMayGoWithItsWindow) {
-    auto* const window = new QWidget;
-    window->show();
-    window->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
-    NSAlert alert;
-    EXPECT_EQ(answer(alert, [&](QMessageBox&) { delete window; }), 0);
+    std::vector<double> sizes;
+    for (const double size : {NSFont::systemFontSize, NSFont::smallSystemFontSize}) {
+        alert.suppressionButton().font.size = size;
+        answer(alert, [&](QMessageBox& box) {
+            sizes.push_back(box.checkBox()->font().pointSizeF());
+            box.checkBox()->click();
+            box.close();
+        });
+        EXPECT_EQ(alert.suppressionButton().isOn, sizes.size() == 1);
+    }
+    EXPECT_GT(sizes[0], sizes[1]);
 }
 
 /// Refuses to close until it is told otherwise; may do something when it is asked.
@@ -163,18 +155,13 @@ TEST_F(QtApplication, TheEndIsToldOnceUnlessAWindowRefuses) {
     EXPECT_EQ(told, 1);
 
     second.asked = [] { };
+    NSAlert alert;
     const std::function<void()> ends[] = {
         [] { QApplication::quit(); },
         [] { QApplication::exit(3); },
-        [&] {
-            first.close();
-            second.close();
-        },
-        [&] { terminate(); },
-        [&] {
-            NSAlert alert;
-            EXPECT_EQ(answer(alert, [&](QMessageBox&) { terminate(); }), 0);
-        },
+        [] { QApplication::closeAllWindows(); },
+        terminate,
+        [&] { EXPECT_EQ(answer(alert, [&](QMessageBox&) { terminate(); }), 0); },
     };
     for (const auto& end : ends) {
         told = 0;

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The KWToolkit authors
 // SPDX-License-Identifier: MIT
-// The desktop entries that are installed for the user, and what they start.
+// The desktop entries that are installed for the user.
 #pragma once
 
 #include <backends/linux/posix/Environment.h>

@@ -4,7 +4,6 @@
 #include <KWToolkit/appservices/KWActiveApplications.h>
 #include <KWToolkit/appservices/NSApplication+Relaunch.h>
 #include <KWToolkit/platform/Platform.h>
-#include <KWToolkit/platform/foundation/Message.h>
 #include <KWToolkit/platform/foundation/NSException.h>
 #include <KWToolkit/platform/foundation/NSNotificationCenter.h>
 #include <KWToolkit/platform/headless/HeadlessApplicationService.h>
@@ -23,6 +22,8 @@ namespace {
 
 using namespace kw;
 using testing::ElementsAre;
+using testing::Property;
+using testing::Throws;
 
 class RunningApplicationsTest : public testing::Test {
 protected:
@@ -39,117 +40,79 @@ protected:
 TEST_F(RunningApplicationsTest, ThePreviousOneIsTheFirstThatIsNotInFrontAsTheHost) {
     const RunningApplication host {"Host", "/Applications/Host.app", 1};
     const RunningApplication copy {"Host", "/tmp/Copy.app", 2};
-    const RunningApplication preview {"Preview", "/Applications/Preview.app", 3};
-    const RunningApplication tool {"Tool", "/usr/bin/tool.d/", 4};
+    const RunningApplication tool {"Tool", "/usr/bin/tool.d/", 3};
     const RunningApplication remote {"Remote", "", 0};
-    using List = std::vector<RunningApplication>;
-    using Text = std::optional<std::string>;
+    const RunningApplication nameless {"", "/nameless", 5};
     const struct {
-        std::optional<List> list;
+        const char* hostName;
+        std::optional<std::vector<RunningApplication>> list;
         std::optional<RunningApplication> previous;
-        Text name, path;
+        std::optional<std::string> name, path;
     } rows[] = {
-        {std::nullopt, std::nullopt, {}, {}},
-        {List {}, std::nullopt, {}, {}},
-        {List {host, preview, tool}, preview, "Preview", preview.bundlePath},
-        {List {tool, host, preview}, tool, "tool", tool.bundlePath},
-        {List {copy, preview}, preview, "Preview", preview.bundlePath},
-        {List {host, copy}, copy, "Copy", copy.bundlePath},
-        {List {remote, host}, remote, {}, {}},
+        {"Host", {}, {}, {}, {}},
+        {"Host", {{}}, {}, {}, {}},
+        {"Host", {{host, tool, copy}}, tool, "tool", tool.bundlePath},
+        {"Host", {{tool, host, copy}}, tool, "tool", tool.bundlePath},
+        {"Host", {{copy, host}}, host, "Host", host.bundlePath},
+        {"Host", {{remote, host}}, remote, {}, {}},
+        {"", {{nameless}}, nameless, "nameless", nameless.bundlePath},
     };
     for (const auto& row : rows) {
+        bundle.values.name = row.hostName;
         running.applications = row.list;
         EXPECT_EQ(KWActiveApplications::previousActiveApplication(), row.previous);
         EXPECT_EQ(KWActiveApplications::previousActiveApplicationName(), row.name);
         EXPECT_EQ(KWActiveApplications::previousActiveApplicationPath(), row.path);
         EXPECT_EQ(KWActiveApplications::activeApplications().has_value(), row.previous.has_value());
     }
-
+    bundle.values.name = "Host";
     running.applications = {host};
-    try {
-        KWActiveApplications::previousActiveApplicationPath();
-        ADD_FAILURE() << "not thrown";
-    } catch (const NSException& exception) {
-        EXPECT_EQ(exception.name(), NSRangeException);
-    }
-    // A host that has no name is not found, also where another one has none.
-    bundle.values.name.clear();
-    EXPECT_EQ(KWActiveApplications::previousActiveApplication(), host);
-    running.applications = {{"", "/usr/bin/nameless", 5}};
-    EXPECT_EQ(KWActiveApplications::previousActiveApplicationName(), "nameless");
+    EXPECT_THAT(&KWActiveApplications::previousActiveApplicationPath,
+        Throws<NSException>(Property(&NSException::name, NSRangeException)));
 }
-
-class Doorkeeper final : public NSObject {
-public:
-    explicit Doorkeeper(std::function<bool()> answer)
-        : m_answer(std::move(answer)) { }
-    static Class& classObject() {
-        static Class object("Doorkeeper", NSObject::classObject(),
-            {method("applicationShouldTerminate:", &Doorkeeper::shouldTerminate)});
-        return object;
-    }
-    Class& isa() const override { return classObject(); }
-
-private:
-    bool shouldTerminate(NSApplication&) { return m_answer(); }
-    std::function<bool()> m_answer;
-};
 
 TEST_F(RunningApplicationsTest, ARelaunchHappensOnceAndOnlyWhereTheHostEnds) {
     auto& center = NSNotificationCenter::defaultCenter();
-    const auto post = [&] { center.postNotificationName(NSApplicationWillTerminateNotification); };
-    relaunchApp();
-    EXPECT_THAT(workspace.launchedApplications, ElementsAre("org.example.Host"));
-    EXPECT_EQ(application.exits, 1);
-    post();
-    EXPECT_EQ(workspace.launchedApplications.size(), 1u);
-
     application.refuses = true;
     relaunchApp();
     application.refuses = false;
-    auto keeper = std::make_shared<Doorkeeper>([] { return false; });
-    NSApplication::sharedApplication().setDelegate(keeper);
-    relaunchApp();
-    keeper = std::make_shared<Doorkeeper>([]() -> bool { throw std::runtime_error("no"); });
-    NSApplication::sharedApplication().setDelegate(keeper);
+    const auto observe = [&](NSNotificationCenter::Block block) {
+        return center.addObserver(
+            NSApplicationWillTerminateNotification, nullptr, std::move(block));
+    };
+    auto observer = observe([](const auto&) { throw std::runtime_error("no"); });
     EXPECT_THROW(relaunchApp(), std::runtime_error);
-    // One that posts itself, or terminates again, gets one instance and one end.
-    keeper = std::make_shared<Doorkeeper>([&] {
-        EXPECT_EQ(workspace.launchedApplications.size(), 1u);
-        EXPECT_EQ(application.exits, 1);
+    center.removeObserver(observer);
+    EXPECT_THAT(workspace.launchedApplications, ElementsAre());
+
+    // One that posts as well, or terminates again, gets one instance and one end.
+    observer = observe([&](const auto& notification) {
+        center.removeObserver(observer);
         NSApplication::sharedApplication().terminate();
-        post();
-        post();
-        return true;
+        center.postNotificationName(notification.name);
     });
-    NSApplication::sharedApplication().setDelegate(keeper);
     relaunchApp();
-    EXPECT_EQ(workspace.launchedApplications.size(), 2u);
-    EXPECT_EQ(application.exits, 2);
+    center.postNotificationName(NSApplicationWillTerminateNotification);
+    EXPECT_THAT(workspace.launchedApplications, ElementsAre("org.example.Host"));
+    EXPECT_EQ(application.exits, 1);
 }
 
 TEST(NSNotificationCenter, ObserversMayLeaveWhileTheyAreTold) {
     NSNotificationCenter center;
-    std::vector<std::string> told;
-    NSNotificationCenter::Observer first {}, second {}, third {};
-    auto kept = std::make_shared<int>(0);
-    const std::weak_ptr<int> alive = kept;
-    first = center.addObserver("n", nullptr, [&, kept = std::move(kept)](const auto&) {
-        center.removeObserver(first);
+    std::string told;
+    NSNotificationCenter::Observer second {};
+    const auto own = std::make_shared<NSNotificationCenter::Observer>();
+    *own = center.addObserver("n", nullptr, [&, own](const auto&) {
+        center.removeObserver(*own);
         center.removeObserver(second);
-        center.addObserver("n", nullptr, [&](const auto&) { told.emplace_back("new"); });
-        EXPECT_EQ(kept.use_count(), 1); // the block is there until it returns
-        told.emplace_back("first");
+        center.addObserver("n", nullptr, [&](const auto&) { told += "new "; });
+        told += own.use_count() == 2 ? "first " : "gone "; // the block is there until it returns
     });
-    second = center.addObserver("n", nullptr, [&](const auto&) { told.emplace_back("second"); });
-    third = center.addObserver("n", nullptr, [&](const auto&) { told.emplace_back("third"); });
+    second = center.addObserver("n", nullptr, [&](const auto&) { told += "second "; });
+    center.addObserver("n", nullptr, [&](const auto&) { told += "third "; });
     center.postNotificationName("n");
-    EXPECT_THAT(told, ElementsAre("first", "third"));
-    EXPECT_TRUE(alive.expired());
-    center.removeObserver(third);
-    told.clear();
-    center.postNotificationName("n");
-    EXPECT_THAT(told, ElementsAre("new"));
+    EXPECT_EQ(told, "first third ");
+    EXPECT_EQ(own.use_count(), 1);
 }
 
 } // namespace
