@@ -4,7 +4,6 @@
 
 #include <KWToolkit/platform/Platform.h>
 #include <KWToolkit/platform/headless/HeadlessMainBundle.h>
-#include <backends/linux/xdg/DesktopEntry.h>
 #include <tests/support/ChildProcess.h>
 #include <tests/support/FakeEnvironment.h>
 #include <tests/support/ForkedTask.h>
@@ -12,6 +11,8 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 namespace {
 
@@ -29,7 +30,8 @@ protected:
 
     void useProgram(const std::string& relative) {
         const std::string program = folder.writeProgram(relative);
-        folder.write(relative, "#!/bin/sh\nprintf '%s|%s\\n' \"$0\" \"$KWTOOLKIT_LOGIN_ITEM\"\n");
+        folder.write(relative,
+            "#!/bin/sh\nprintf '%s|%s' \"$0\" \"$KWTOOLKIT_LOGIN_ITEM\" | tr '\\n' ' '; echo\n");
         bundle.values.bundlePath = bundle.values.executablePath = program;
     }
     void entry(const std::string& name, const std::string& lines) {
@@ -38,25 +40,17 @@ protected:
     std::string content(const std::string& name) const {
         return folder.read("config/autostart/" + name);
     }
-    std::set<std::string> names() const {
-        auto names = folder.names("config/autostart");
-        names.erase(".kwtoolkit.lock");
-        return names;
-    }
+    std::set<std::string> names() const { return folder.names("config/autostart"); }
     std::vector<std::string> tokens() {
         std::vector<std::string> tokens;
         for (const LoginItem& item : login.read())
             tokens.push_back(item.token);
         return tokens;
     }
-    std::error_code add(const std::string& path, bool isHidden = false) {
-        return login.update([&](Items& items) {
-            items.insert(items.begin(), {.path = path, .isHidden = isHidden});
-        });
+    std::error_code add(const std::string& path) {
+        return login.update([&](Items& items) { items.insert(items.begin(), {.path = path}); });
     }
-    std::error_code addHost(bool isHidden = false) {
-        return add(bundle.values.bundlePath, isHidden);
-    }
+    std::error_code addHost() { return add(bundle.values.bundlePath); }
 
     test::TemporaryFolder folder;
     HeadlessMainBundle bundle;
@@ -72,15 +66,10 @@ TEST_F(XdgLoginItemsTest, FindsWhatEntriesStart) {
     std::filesystem::create_symlink("../X.app/x", bin + "/linked");
     const std::pair<std::string, std::optional<std::string>> rows[] = {
         {"Exec=host --flag %U", bin + "/host"},
-        {"Exec=\"" + bin + "/host\"", bin + "/host"},
-        {"Exec=missing\nTryExec=host", bin + "/host"},
         {"Exec=env A=1 \"B=2 3\" host", bin + "/host"},
         {"Exec=/usr/bin/env A=1", std::nullopt},
         {"Exec=env -i host", std::nullopt},
         {"Exec=linked", folder.path("X.app")},
-        {"Exec=missing", std::nullopt},
-        {"Exec=\"host", std::nullopt},
-        {"Exec=", std::nullopt},
         {"Exec=host\nX-KWToolkit-Path=/a\\sb", "/a b"},
     };
     for (const auto& [lines, path] : rows) {
@@ -110,32 +99,26 @@ TEST_F(XdgLoginItemsTest, ListsWhatIsEnabledInOrder) {
 }
 
 TEST_F(XdgLoginItemsTest, AnyNameComesThroughAsItIs) {
-    for (const std::string name :
-        {"plain", "a b", "\"'$`\\", "%u 100%", "a=b", "new\nline", "é\t#;&"}) {
+    for (std::string name : {"plain", "a b", "\"'$`\\", "%u 100%", "a=b", "new\nline", "é\t#;&"}) {
         useProgram(name + "/host" + name);
-        bundle.values.name = name;
         EXPECT_FALSE(login.update(
             [&](Items& items) { items = {{.path = bundle.values.bundlePath, .isHidden = true}}; }));
         const std::string& path = bundle.values.bundlePath;
         EXPECT_THAT(login.read(), ElementsAre(LoginItem {path, true, "org.example.Host.desktop"}));
-        const DesktopEntry written(content("org.example.Host.desktop"));
-        EXPECT_EQ(written.string(DesktopEntry::mainGroup, "Name"), name);
         // As a desktop does.
         test::ChildProcess started(
             {"gio", "launch", folder.path("config/autostart/org.example.Host.desktop")});
-        std::string output;
-        for (const char letter : path + "|hidden:" + path)
-            output += letter == '\n' ? started.readLine().value_or("nothing") + "\n" : "";
-        output += started.readLine().value_or("nothing");
-        EXPECT_EQ(output, path + "|hidden:" + path);
+        std::ranges::replace(name, '\n', ' ');
+        EXPECT_EQ(started.readLine(),
+            folder.path(name + "/host" + name) + "|hidden:" + folder.path(name + "/host" + name));
     }
 }
 
 TEST_F(XdgLoginItemsTest, AnImageIsStartedAndNotItsMount) {
     bundle.values.bundlePath = folder.write("Player.AppImage", "");
     EXPECT_FALSE(addHost());
-    const std::string image = content("org.example.Host.desktop");
-    EXPECT_THAT(image, HasSubstr("\nTryExec=" + bundle.values.bundlePath + "\n"));
+    EXPECT_THAT(content("org.example.Host.desktop"),
+        HasSubstr("\nTryExec=" + bundle.values.bundlePath + "\n"));
     bundle.values.bundlePath = folder.path("X.app");
     EXPECT_FALSE(addHost());
     EXPECT_EQ(content("org.example.Host-2.desktop"),
@@ -144,30 +127,31 @@ TEST_F(XdgLoginItemsTest, AnImageIsStartedAndNotItsMount) {
             + folder.path("X.app") + "\nX-KWToolkit-Hide=false\nX-GNOME-Autostart-enabled=true\n"
             + "X-KWToolkit-Position=2\n");
     EXPECT_THAT(tokens(), ElementsAre("org.example.Host-2.desktop", "org.example.Host.desktop"));
+    // What the host starts inherits the mark.
+    for (const auto& [mark, launch] : {std::pair(folder.path("X.app"), LoginLaunch::hidden),
+             std::pair(folder.path("Y.app"), LoginLaunch::none)}) {
+        const XdgLoginItems started(
+            test::FakeEnvironment {{"KWTOOLKIT_LOGIN_ITEM", "hidden:" + mark}});
+        EXPECT_EQ(started.launch(), launch);
+    }
 }
 
 TEST_F(XdgLoginItemsTest, OtherEntriesKeepTheirBytes) {
     const std::string odd = "# mine\r\nno value\n[Desktop Entry]\nExec=host\n\xFF=\xFE\n[X";
     folder.write("config/autostart/a.desktop", odd);
-    folder.write("config/autostart/org.example.Host.desktop", odd + "Hidden=true");
+    entry("org.example.Host.desktop", "Hidden=true");
     const std::string target = folder.write("target", odd);
     std::filesystem::create_symlink(target, folder.path("config/autostart/link.desktop"));
-    entry("off.desktop", "Hidden=true");
-    const auto before = names();
     EXPECT_FALSE(login.update([](Items& items) { std::ranges::reverse(items); }));
-    EXPECT_EQ(names(), before);
     EXPECT_FALSE(addHost());
-    EXPECT_THAT(tokens(),
-        ElementsAre(
-            "org.example.Host-2.desktop", "a.desktop", "link.desktop", "org.example.Host.desktop"));
+    EXPECT_THAT(tokens(), ElementsAre("org.example.Host-2.desktop", "a.desktop", "link.desktop"));
     EXPECT_EQ(content("a.desktop"), odd);
-    EXPECT_EQ(content("org.example.Host.desktop"), odd + "Hidden=true");
-
     EXPECT_FALSE(login.update([](Items& items) { items[1].isHidden = true; }));
     EXPECT_EQ(content("a.desktop"),
         "# mine\r\nno value\n[Desktop Entry]\nExec=host\n\xFF=\xFE\nX-KWToolkit-Hide=true\n[X");
     EXPECT_FALSE(login.update([](Items& items) { items.clear(); }));
-    EXPECT_THAT(names(), ElementsAre("off.desktop"));
+    EXPECT_THAT(names(), ElementsAre(".kwtoolkit.lock", "org.example.Host.desktop"));
+    EXPECT_EQ(content("org.example.Host.desktop"), "[Desktop Entry]\nHidden=true\n");
     EXPECT_EQ(folder.read("target"), odd);
 }
 
@@ -180,8 +164,6 @@ TEST_F(XdgLoginItemsTest, ItsOwnEntriesKeepWhatUsersAdd) {
     EXPECT_THAT(tokens(), ElementsAre("host.desktop"));
     EXPECT_FALSE(addHost());
     EXPECT_THAT(tokens(), ElementsAre("org.example.Host.desktop", "host.desktop"));
-    EXPECT_THAT(content("org.example.Host.desktop"), HasSubstr("X-Odd=1\n"));
-
     EXPECT_FALSE(login.update([](Items& items) {
         std::ranges::reverse(items);
         items[1].isHidden = true;
@@ -198,7 +180,6 @@ TEST_F(XdgLoginItemsTest, WhatCannotBeKeptIsRefusedBeforeAnythingIsWritten) {
     const std::pair<LoginItem, std::errc> rows[] = {
         {{.path = "/a\xFF"}, std::errc::illegal_byte_sequence},
         {{.path = std::nullopt}, std::errc::invalid_argument},
-        {{.path = ""}, std::errc::invalid_argument},
         {{.path = "relative"}, std::errc::invalid_argument},
         {{.path = std::string("/a\0b", 4)}, std::errc::invalid_argument},
         {{.path = "/other", .token = "org.example.Host.desktop"}, std::errc::invalid_argument},
@@ -206,11 +187,10 @@ TEST_F(XdgLoginItemsTest, WhatCannotBeKeptIsRefusedBeforeAnythingIsWritten) {
     };
     for (const auto& [item, error] : rows) {
         EXPECT_EQ(login.update([&](Items& items) { items = {{.path = "/fine"}, item}; }), error);
-        EXPECT_THAT(names(), ElementsAre("org.example.Host.desktop"));
+        EXPECT_THAT(names(), ElementsAre(".kwtoolkit.lock", "org.example.Host.desktop"));
     }
     EXPECT_EQ(
         login.update([](Items& items) { items.push_back(items[0]); }), std::errc::invalid_argument);
-    EXPECT_THROW(login.update([](Items&) { throw std::runtime_error(""); }), std::runtime_error);
     bundle.values.identifier = "a/b";
     EXPECT_EQ(addHost(), std::errc::invalid_argument);
     EXPECT_EQ(content("org.example.Host.desktop"), before);
@@ -228,16 +208,14 @@ TEST_F(XdgLoginItemsTest, ProcessesLoseNothingOfEachOther) {
     const auto working = [this](const std::string& path) {
         return [this, path](int output) {
             for (int number = 0; number < 10; ++number) {
-                if (add(path) || login.read().size() < 201)
-                    test::say(output, "not added; ");
+                std::size_t removed = 0;
+                const bool isAdded = !add(path);
                 const auto error = login.update([&](Items& items) {
-                    const auto own = std::ranges::find(items, path, &LoginItem::path);
-                    if (own == items.end())
-                        return test::say(output, "lost; ");
-                    items.erase(own);
+                    removed = std::erase_if(
+                        items, [&](const LoginItem& item) { return item.path == path; });
                 });
-                if (error)
-                    test::say(output, error.message());
+                if (!isAdded || error || removed != 1)
+                    test::say(output, "lost; ");
             }
             add(path);
         };
@@ -247,20 +225,6 @@ TEST_F(XdgLoginItemsTest, ProcessesLoseNothingOfEachOther) {
     EXPECT_EQ(first.result(), "");
     EXPECT_EQ(second.result(), "");
     EXPECT_THAT(login.read(), SizeIs(202));
-}
-
-TEST_F(XdgLoginItemsTest, OnlyTheHostsOwnMarkCounts) {
-    const std::pair<std::string, LoginLaunch> rows[] = {
-        {"", LoginLaunch::none},
-        {"shown:" + bin + "/host", LoginLaunch::shown},
-        {"hidden:" + bin + "/host", LoginLaunch::hidden},
-        {"hidden:" + bin + "/other", LoginLaunch::none},
-        {bin + "/host", LoginLaunch::none},
-    };
-    for (const auto& [mark, launch] : rows) {
-        const XdgLoginItems started(test::FakeEnvironment {{"KWTOOLKIT_LOGIN_ITEM", mark}});
-        EXPECT_EQ(started.launch(), launch) << mark;
-    }
 }
 
 } // namespace

@@ -1,12 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The KWToolkit authors
 // SPDX-License-Identifier: MIT
-// Crash reports and support paths.
+// Crash reports, support paths and login items.
 #include <KWToolkit/appservices/KWCrashLogFinder.h>
 #include <KWToolkit/appservices/KWPathUtils.h>
+#include <KWToolkit/appservices/KWStartUpUtils.h>
 #include <KWToolkit/appservices/UKCrashReporter.h>
 #include <KWToolkit/platform/Platform.h>
+#include <KWToolkit/platform/foundation/NSException.h>
 #include <KWToolkit/platform/headless/HeadlessDefaultsStore.h>
 #include <KWToolkit/platform/headless/HeadlessFileSystem.h>
+#include <KWToolkit/platform/headless/HeadlessLoginItems.h>
 #include <KWToolkit/platform/headless/HeadlessMainBundle.h>
 #include <KWToolkit/platform/headless/HeadlessSearchPaths.h>
 #include <KWToolkit/platform/headless/HeadlessWorkspace.h>
@@ -27,11 +30,13 @@ protected:
     HeadlessMainBundle bundle;
     HeadlessDefaultsStore defaults;
     HeadlessFileSystem files;
+    HeadlessLoginItems login;
     HeadlessSearchPaths paths;
     HeadlessWorkspace workspace;
     const ServiceScope<HeadlessMainBundle> bundleScope {bundle};
     const ServiceScope<HeadlessDefaultsStore> defaultsScope {defaults};
     const ServiceScope<HeadlessFileSystem> filesScope {files};
+    const ServiceScope<HeadlessLoginItems> loginScope {login};
     const ServiceScope<HeadlessSearchPaths> pathsScope {paths};
     const ServiceScope<HeadlessWorkspace> workspaceScope {workspace};
 };
@@ -101,6 +106,54 @@ TEST_F(AppServicesTest, ApplicationsAreFoundByIdentifier) {
     EXPECT_EQ(
         KWPathUtils::applicationPathForBundleID("org.example.Player"), "/Applications/Player.app");
     EXPECT_EQ(KWPathUtils::applicationPathForBundleID("org.example"), std::nullopt);
+}
+
+TEST_F(AppServicesTest, ANameMatchesAnywhereInALoginItemsPath) {
+    const struct {
+        std::optional<std::string> path;
+        const char* name;
+        bool isFound;
+    } rows[] = {
+        {"/Mailbox/Other.app", "Mail", true},
+        {"/Applications/mail.app", "Mail", false},
+        {"~/Applications/A.app", "/home/user/App", true},
+        {"~/Applications/A.app", "~", false},
+        {"/A.app", "", false},
+        {std::nullopt, "A", false},
+    };
+    for (const auto& row : rows) {
+        login.items = {LoginItem {.path = row.path}};
+        EXPECT_EQ(KWStartUpUtils::ApplicationIsStartUpItem(row.name), row.isFound) << row.name;
+        EXPECT_FALSE(KWStartUpUtils::removeApplicationToLogin(row.name));
+        EXPECT_EQ(login.items->empty(), row.isFound) << row.name;
+    }
+}
+
+TEST_F(AppServicesTest, TheHostIsOneLoginItemAtTheFront) {
+    using Items = std::vector<LoginItem>;
+    bundle.values.bundlePath = "/Applications/Host.app";
+    const LoginItem host {"/Applications/Host.app", false};
+    const LoginItem hidden {"/Applications/Host.app", true};
+    const LoginItem other {"/Applications/Other.app", true, "token"};
+    EXPECT_FALSE(KWStartUpUtils::addApplicationToStartUpItems(false));
+    EXPECT_EQ(login.items, Items {host});
+    login.items = {host, hidden, other, {.path = "/Host/X.app"}, {}, host};
+    EXPECT_FALSE(KWStartUpUtils::addApplicationToStartUpItems(true));
+    EXPECT_EQ(login.items, (Items {hidden, other, {}}));
+    // The name only says what is replaced.
+    EXPECT_FALSE(KWStartUpUtils::addApplicationToStartUpItems("Other", false));
+    EXPECT_EQ(login.items, (Items {host, hidden, {}}));
+    EXPECT_TRUE(KWStartUpUtils::ApplicationIsStartUpItem());
+    EXPECT_FALSE(KWStartUpUtils::removeApplicationToLogin());
+    EXPECT_EQ(login.items, Items {{}});
+    // Removing nothing makes a list all the same, asking does not.
+    login.items.reset();
+    EXPECT_FALSE(KWStartUpUtils::ApplicationIsStartUpItem());
+    EXPECT_EQ(login.items, std::nullopt);
+    EXPECT_FALSE(KWStartUpUtils::removeApplicationToLogin());
+    EXPECT_EQ(login.items, Items());
+    bundle.values.name.clear();
+    EXPECT_THROW(KWStartUpUtils::addApplicationToStartUpItems(true), NSException);
 }
 
 } // namespace
