@@ -115,7 +115,6 @@ TEST(FileTreeCopy, LeavesNothingBehindWhereItFails) {
         {"from", "link", std::errc::file_exists},
         {"from", "from/inside", std::errc::invalid_argument},
         {"from", "from/..", std::errc::invalid_argument},
-        {"from", std::string("a\0b", 3), std::errc::invalid_argument},
         {"from", "", std::errc::invalid_argument},
         {"missing", "to", std::errc::no_such_file_or_directory},
         {"from", "missing/to", std::errc::no_such_file_or_directory},
@@ -157,10 +156,7 @@ protected:
     /// Waits until a copy takes shape.
     bool isBegun() const {
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        while (folder.names().size() == 1) {
-            if (std::chrono::steady_clock::now() > deadline)
-                return false;
-        }
+        while (folder.names().size() == 1 && std::chrono::steady_clock::now() < deadline) { }
         return folder.names().begin()->starts_with(".to.copy-");
     }
     test::TemporaryFolder folder;

@@ -59,7 +59,6 @@ TEST_F(OpenProgramTest, StartsWhatIsAtThePath) {
     program(odd + ".app/" + odd);
     program(odd + "/file");
     program("-n");
-    folder.write("text", "");
     folder.write("Folder/a.desktop", "[Desktop Entry]\nExec=%U\n");
 
     const std::pair<std::string, std::string> rows[] = {
@@ -69,7 +68,6 @@ TEST_F(OpenProgramTest, StartsWhatIsAtThePath) {
         {odd + ".app", "./" + odd + ".app/" + odd + "||"},
         {folder.path(odd + "/file"), folder.path(odd + "/file") + "||"},
         {"-n", "./-n||"},
-        {"text", "xdg|./text"},
         {folder.path("Folder"), "xdg|" + folder.path("Folder")},
         {"https://example.org", "xdg|https://example.org"},
     };
@@ -97,10 +95,8 @@ TEST_F(OpenProgramTest, ShellsThatAreLaunchedFindIt) {
 
     EXPECT_EQ(processes.launch("/no/program", {}), std::errc::no_such_file_or_directory);
     EXPECT_EQ(processes.launch("sh", {}), std::errc::invalid_argument);
-    for (const auto& cache : {folder.write("file", ""), folder.path("a:b")}) {
-        environment["XDG_CACHE_HOME"] = cache;
-        EXPECT_TRUE(XdgProcessService(environment).launch("/bin/sh", {})) << cache;
-    }
+    environment["XDG_CACHE_HOME"] = folder.path("a:b");
+    EXPECT_TRUE(XdgProcessService(environment).launch("/bin/sh", {}));
 }
 
 TEST_F(OpenProgramTest, StartsApplicationsByIdentifier) {
