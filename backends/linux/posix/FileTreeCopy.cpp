@@ -334,6 +334,8 @@ private:
             return lastError();
         if (const auto error = copyData(source.get(), original, made.get()))
             return error;
+        // The disk has work to do from now on, and less is left for the sync at the end.
+        ::sync_file_range(made.get(), 0, 0, SYNC_FILE_RANGE_WRITE);
         return copyAttributes(source.get(), original, made.get());
     }
 
