@@ -99,6 +99,8 @@ TEST(FileTreeCopy, KeepsWhatTheFilesAre) {
         fs::remove(folder.path("single"));
     }
     EXPECT_THAT(folder.names(), ElementsAre("From.app", "To.app"));
+    for (const auto& path : {from, from + "/bin", to, to + "/bin"})
+        ::chmod(path.c_str(), 0755); // so that they can be removed
 }
 
 TEST(FileTreeCopy, LeavesNothingBehindWhereItFails) {

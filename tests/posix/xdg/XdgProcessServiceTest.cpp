@@ -85,16 +85,13 @@ TEST_F(OpenProgramTest, StartsWhatIsAtThePath) {
 }
 
 TEST_F(OpenProgramTest, ShellsThatAreLaunchedFindIt) {
-    // A former version, and not executable.
     fs::permissions(folder.write("cache/kwtoolkit/bin/open", "exit 1"), fs::perms::owner_read);
     XdgProcessService processes(environment);
-    EXPECT_EQ(processes.processIdentifier(), ::getpid());
     program("It's.app/AppRun", "echo \"$PATH\" >'" + folder.path("result") + "'");
     EXPECT_FALSE(processes.launch("/bin/sh", {"-c", "open \"$0\"", folder.path("It's.app")}));
     EXPECT_EQ(result(), std::string(::getenv("PATH")) + "\n");
 
     EXPECT_EQ(processes.launch("/no/program", {}), std::errc::no_such_file_or_directory);
-    EXPECT_EQ(processes.launch("sh", {}), std::errc::invalid_argument);
     environment["XDG_CACHE_HOME"] = folder.path("a:b");
     EXPECT_TRUE(XdgProcessService(environment).launch("/bin/sh", {}));
 }
