@@ -87,7 +87,7 @@ std::string numberText(double number, bool isGrouped) {
     std::string whole = digits.substr(0, before);
     whole.resize(before, '0');
     if (whole.empty())
-        whole = "0";
+        whole.push_back('0');
     // Deliberate: what is rounded to zero from below keeps its sign.
     std::string text = std::signbit(number) ? "-" : "";
     text += isGrouped ? grouped(std::move(whole), separators) : whole;
