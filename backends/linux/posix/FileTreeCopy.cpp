@@ -2,12 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include <backends/linux/posix/FileTreeCopy.h>
 
+#include <backends/linux/posix/FileCopies.h>
 #include <backends/linux/posix/Folders.h>
 
 #include <fcntl.h>
-#include <linux/fs.h>
 #include <sys/file.h>
-#include <sys/ioctl.h>
 #include <sys/random.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
@@ -27,7 +26,6 @@ namespace kw {
 namespace {
 
 constexpr std::size_t longestName = 200; // leaves room for what a copy's name adds
-constexpr std::string_view accessLists = "system.posix_acl_";
 
 std::error_code failed(std::errc error) { return std::make_error_code(error); }
 
@@ -102,7 +100,7 @@ public:
             m_folder = std::move(folder);
             // The parent's are not the copy's.
             for (const char* const list : {"access", "default"})
-                ::fremovexattr(m_folder.get(), (std::string(accessLists) + list).c_str());
+                ::fremovexattr(m_folder.get(), (std::string(accessListAttributes) + list).c_str());
             return {};
         }
         return failed(std::errc::file_exists);
@@ -138,116 +136,6 @@ private:
     struct stat m_status {};
     bool m_isGone = false;
 };
-
-/// Whether it is no failure that an attribute or an owner could not be set.
-bool isOptional(int error) { return error == ENOTSUP || error == EPERM || error == EINVAL; }
-
-/// The mode for a file with that owner: without the bits that would lend another owner's rights.
-mode_t modeFor(const struct stat& original, const struct stat& copy) {
-    mode_t mode = original.st_mode & 07777;
-    if (copy.st_uid != original.st_uid)
-        mode &= ~static_cast<mode_t>(S_ISUID);
-    if (copy.st_gid != original.st_gid)
-        mode &= ~static_cast<mode_t>(S_ISGID);
-    return mode;
-}
-
-std::array<timespec, 2> timesOf(const struct stat& status) {
-    return {status.st_atim, status.st_mtim};
-}
-
-std::error_code copyExtendedAttributes(int from, int to) {
-    const ssize_t size = ::flistxattr(from, nullptr, 0);
-    if (size <= 0)
-        return size == 0 || errno == ENOTSUP ? std::error_code() : lastError();
-    std::string names(static_cast<std::size_t>(size), '\0');
-    const ssize_t used = ::flistxattr(from, names.data(), names.size());
-    if (used < 0)
-        return lastError();
-    names.resize(static_cast<std::size_t>(used));
-
-    std::vector<char> value(XATTR_SIZE_MAX);
-    // An access list may forbid its owner to set other attributes, so it goes last.
-    for (const bool isAccessList : {false, true}) {
-        for (std::size_t begin = 0; begin < names.size(); begin = names.find('\0', begin) + 1) {
-            const char* const name = names.c_str() + begin;
-            if (std::string_view(name).starts_with(accessLists) != isAccessList)
-                continue;
-            const ssize_t length = ::fgetxattr(from, name, value.data(), value.size());
-            if (length < 0)
-                return lastError();
-            if (::fsetxattr(to, name, value.data(), static_cast<std::size_t>(length), 0) != 0
-                && !isOptional(errno))
-                return lastError();
-        }
-    }
-    return {};
-}
-
-/// Makes an open file or folder, whose content is complete, what the original is.
-std::error_code copyAttributes(int from, const struct stat& original, int to) {
-    struct stat copy;
-    if (::fstat(to, &copy) != 0)
-        return lastError();
-    if (copy.st_uid != original.st_uid || copy.st_gid != original.st_gid) {
-        if (::fchown(to, original.st_uid, original.st_gid) != 0
-            && (!isOptional(errno)
-                || (::fchown(to, static_cast<uid_t>(-1), original.st_gid) != 0
-                    && !isOptional(errno))))
-            return lastError();
-        if (::fstat(to, &copy) != 0)
-            return lastError();
-    }
-    if (const auto error = copyExtendedAttributes(from, to))
-        return error;
-    if (::fchmod(to, modeFor(original, copy)) != 0 || ::futimens(to, timesOf(original).data()) != 0)
-        return lastError();
-    return {};
-}
-
-std::error_code readAndWrite(int from, int to, off_t count) {
-    std::array<char, 65536> bytes;
-    while (count > 0) {
-        const auto wanted = std::min(bytes.size(), static_cast<std::size_t>(count));
-        const ssize_t read = uninterrupted([&] { return ::read(from, bytes.data(), wanted); });
-        if (read <= 0)
-            return read == 0 ? std::error_code() : lastError();
-        if (const auto error = writeAll(to, {bytes.data(), static_cast<std::size_t>(read)}))
-            return error;
-        count -= read;
-    }
-    return {};
-}
-
-/// Copies so many bytes, or as many as there are, from and to where the files stand.
-std::error_code copyBytes(int from, int to, off_t count) {
-    while (count > 0) {
-        const ssize_t copied = uninterrupted([=] {
-            return ::copy_file_range(
-                from, nullptr, to, nullptr, static_cast<std::size_t>(count), 0);
-        });
-        if (copied <= 0)
-            break;
-        count -= copied;
-    }
-    // Whatever that cannot do, these can, or they tell why not.
-    return readAndWrite(from, to, count);
-}
-
-std::error_code copyWithHoles(int from, int to, off_t size) {
-    for (off_t end = 0;;) {
-        const off_t begin = ::lseek(from, end, SEEK_DATA);
-        if (begin < 0 && errno != ENXIO) // which says that the rest is a hole
-            return end == 0 ? copyBytes(from, to, size) : lastError();
-        if (begin < 0 || begin >= size)
-            return ::ftruncate(to, size) == 0 ? std::error_code() : lastError();
-        end = std::min(::lseek(from, begin, SEEK_HOLE), size);
-        if (end < 0 || ::lseek(from, begin, SEEK_SET) < 0 || ::lseek(to, begin, SEEK_SET) < 0)
-            return lastError();
-        if (const auto error = copyBytes(from, to, end - begin))
-            return error;
-    }
-}
 
 /// An entry of a folder: the open folder and the name in it.
 struct Place {
@@ -305,6 +193,9 @@ public:
         }
     }
 
+    /// Waits until all is copied.
+    std::error_code finish() { return m_copies.finish(); }
+
 private:
     std::error_code copyFolder(Place from, Place to, const std::string& path) {
         const FileDescriptor source = openFolderIn(from.folder, from.name);
@@ -321,32 +212,18 @@ private:
         // Should a FIFO have taken the file's place, this does not wait for its writer.
         constexpr int readFlags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
         constexpr int writeFlags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
-        const FileDescriptor source(
+        FileDescriptor source(
             uninterrupted([=] { return ::openat(from.folder, from.name, readFlags); }));
         struct stat original;
         if (source.get() < 0 || ::fstat(source.get(), &original) != 0)
             return lastError();
         if (!isSame(original, seen))
             return failed(std::errc::resource_unavailable_try_again);
-        const FileDescriptor made(
+        FileDescriptor made(
             uninterrupted([=] { return ::openat(to.folder, to.name, writeFlags, 0600); }));
         if (made.get() < 0)
             return lastError();
-        if (const auto error = copyData(source.get(), original, made.get()))
-            return error;
-        // The disk has work to do from now on, and less is left for the sync at the end.
-        ::sync_file_range(made.get(), 0, 0, SYNC_FILE_RANGE_WRITE);
-        return copyAttributes(source.get(), original, made.get());
-    }
-
-    std::error_code copyData(int from, const struct stat& original, int to) {
-        constexpr off_t blockUnit = 512;
-        if (m_canClone && ::ioctl(to, FICLONE, from) == 0)
-            return {};
-        m_canClone = false; // not here, and not for the next file
-        return original.st_blocks * blockUnit < original.st_size
-            ? copyWithHoles(from, to, original.st_size)
-            : copyBytes(from, to, SSIZE_MAX);
+        return m_copies.add({std::move(source), original, std::move(made)});
     }
 
     static std::error_code copyLink(Place from, Place to, const struct stat& original) {
@@ -376,7 +253,7 @@ private:
 
     const Workshop& m_workshop;
     std::map<std::pair<dev_t, ino_t>, std::string> m_linked; ///< where the first copy is
-    bool m_canClone = true;
+    FileCopies m_copies;
 };
 
 /// The folder that the path's last component is in, and the component. An empty name for a path
@@ -410,7 +287,8 @@ std::error_code copyInto(
                    copier.copy({AT_FDCWD, path.c_str()}, {workshop.get(), name.c_str()}, name)) {
         return error;
     }
-    // One sync for all files takes a fraction of the time of one for each.
+    if (const auto error = copier.finish())
+        return error;
     if (::syncfs(workshop.get()) != 0)
         return lastError();
     if (const auto error = isFolder
@@ -442,6 +320,8 @@ std::error_code copyFileTree(const std::string& path, const std::string& to) {
         if (errno != ENOENT)
             return lastError();
         return copyInto(parent.get(), name, source, original);
+    } catch (const std::system_error& error) { // no thread
+        return error.code();
     } catch (const std::bad_alloc&) {
         return failed(std::errc::not_enough_memory);
     }

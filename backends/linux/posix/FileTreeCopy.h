@@ -22,6 +22,8 @@ namespace kw {
 /// once it is on the disk. With an error nothing of it is left, unless it was the disk that failed
 /// at the very end. What a killed copier left is removed by the next copy to the same destination.
 ///
+/// Threads of its own copy what files hold while the tree is walked; they end with the call.
+///
 /// What changes meanwhile is copied as it is found, or is an error; no symbolic link put in its
 /// place is followed.
 KW_EXPORT std::error_code copyFileTree(const std::string& path, const std::string& to);
