@@ -14,7 +14,7 @@ function(kw_compile_options target)
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
         -Woverloaded-virtual -Wno-missing-field-initializers $<$<BOOL:${KW_WERROR}>:-Werror>
         # g++ 12 sees overlapping copies in the assignment of any string literal (GCC bug 105329).
-        $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
+        $<$<AND:$<CXX_COMPILER_ID:GNU>,$<CONFIG:Release>>:-Wno-restrict>)
     if(KW_SANITIZE)
         target_compile_options(${target} PRIVATE -fsanitize=${KW_SANITIZE} -fno-omit-frame-pointer
             -fno-sanitize-recover=all)

@@ -12,6 +12,7 @@
 #include <cmath>
 #include <optional>
 #include <string_view>
+#include <tuple>
 #include <vector>
 
 namespace kw {
@@ -111,8 +112,10 @@ bool isAgreedTo(NSAlert alert) {
     if (alert.runModal() == NSAlertFirstButtonReturn)
         return true;
     // Deliberate: without the checkbox, declining once is for good.
-    if (!isNewerSystem() || alert.suppressionButton().isOn)
-        NSUserDefaults::standardUserDefaults().setObject(true, suppressionKey);
+    if (!isNewerSystem() || alert.suppressionButton().isOn) {
+        // Who cannot be remembered is asked again.
+        std::ignore = NSUserDefaults::standardUserDefaults().setObject(true, suppressionKey);
+    }
     return false;
 }
 
@@ -170,7 +173,8 @@ void relaunchFrom(const std::string& path) {
     ProcessService& processes = Platform::processes();
     const std::string process = std::to_string(processes.processIdentifier());
     // Deliberate: a quote in the path is not escaped, and the command does not work then.
-    processes.launch("/bin/sh",
+    // Without a shell the user starts the application, which is in its new place.
+    std::ignore = processes.launch("/bin/sh",
         {"-c",
             "while [ `ps -p " + process + " | wc -l` -gt 1 ]; do sleep 0.1; done; open '" + path
                 + "'"});

@@ -28,15 +28,15 @@ int runMover(int argc, char** argv) {
     const QApplication application(argc, argv);
     kw::qt::useQtServices();
     // The machine's own folder is not for playing.
+    const std::string home = kw::Platform::searchPaths().homeFolder().value_or("");
     kw::HeadlessSearchPaths paths;
-    paths.home = kw::Platform::searchPaths().homeFolder();
-    paths.localApplications = {*paths.home + "/machine/Applications"};
-    paths.userApplications = {*paths.home + "/Applications"};
-    paths.downloads = {*paths.home + "/Downloads"};
+    paths.localApplications = {home + "/machine/Applications"};
+    paths.userApplications = {home + "/Applications"};
+    paths.downloads = {home + "/Downloads"};
     const kw::ServiceScope pathsScope(paths);
     kw::PFMoveToApplicationsFolderIfNecessary();
 
-    const std::string place = kw::NSBundle::mainBundle().bundlePath().substr(paths.home->size());
+    const std::string place = kw::NSBundle::mainBundle().bundlePath().substr(home.size());
     QDialog window;
     auto* const layout = new QVBoxLayout(&window);
     auto* const quit = new QPushButton("Quit");

@@ -9,7 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <signal.h>
+#include <csignal>
 #include <unistd.h>
 #include <xkbcommon/xkbcommon-keysyms.h>
 

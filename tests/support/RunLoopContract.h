@@ -88,12 +88,12 @@ TEST_P(RunLoopContract, LoopsNestAndStopTheInnermost) {
         schedule([this] {
             loop->run();
             log.emplace_back("inner ended");
+            loop->stop();
         });
         schedule([this] {
             log.emplace_back("within");
             loop->stop();
         });
-        loop->callAfter(0.001, stop());
         loop->run();
     }
     EXPECT_THAT(log,

@@ -21,12 +21,10 @@ std::error_code XdgProcessService::launch(
     if (!program.starts_with('/'))
         return std::make_error_code(std::errc::invalid_argument);
     std::error_code error;
-    const std::string folder = folderWithOpenProgram(error, m_environment);
-    if (error)
-        return error;
-    // PATH has no way to say this.
-    if (folder.find(':') != folder.npos)
-        return std::make_error_code(std::errc::invalid_argument);
+    std::string folder = folderWithOpenProgram(error, m_environment);
+    // PATH has no way to say what has a colon in it.
+    if (error || folder.find(':') != folder.npos)
+        folder.clear();
     std::vector<std::string> command {program};
     command.insert(command.end(), arguments.begin(), arguments.end());
     return startDetached(command, folder);

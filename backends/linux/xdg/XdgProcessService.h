@@ -8,7 +8,8 @@
 namespace kw {
 
 /// Starts programs whose PATH begins with the folder that holds the program "open"; see
-/// folderWithOpenProgram. Without a home folder to put that in, none is started.
+/// folderWithOpenProgram. Where the user has no cache folder to put that in, it is the desktop's
+/// own "open" that they find, if there is one.
 class KW_EXPORT XdgProcessService final : public ProcessService {
 public:
     explicit XdgProcessService(Environment environment = processEnvironment);

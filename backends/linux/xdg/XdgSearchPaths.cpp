@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <sstream>
 #include <string_view>
+#include <tuple>
 #include <utility>
 
 namespace kw {
@@ -85,8 +86,11 @@ std::vector<std::string> XdgSearchPaths::downloadsFolders() const {
     if (!folders.home)
         return {};
     std::string text;
-    if (folders.configHome)
-        readFile(stringByAppendingPathComponent(*folders.configHome, "user-dirs.dirs"), text);
+    if (folders.configHome) {
+        // A file that cannot be read says nothing.
+        std::ignore =
+            readFile(stringByAppendingPathComponent(*folders.configHome, "user-dirs.dirs"), text);
+    }
     const std::string folder =
         downloadsFolderIn(text, *folders.home)
             .value_or(stringByAppendingPathComponent(*folders.home, "Downloads"));
