@@ -116,8 +116,12 @@ void MovePage::steps(Tour& tour) {
         tour.expect(isOurs ? "the gallery" : "Mover", "in front",
             [&] { return QString(isActiveWindow() == isOurs ? "in front" : "behind"); });
     };
+    // As it looks on the screen, for Mover's windows are not the gallery's.
     const auto takePicture = [&](const char* name) {
-        tour.takePicture(name, QGuiApplication::primaryScreen()->grabWindow(0));
+        const QRect frame = window()->frameGeometry();
+        tour.takePicture(name,
+            QGuiApplication::primaryScreen()->grabWindow(
+                0, frame.x(), frame.y(), frame.width(), frame.height()));
     };
 
     tour.click(*m_start);
