@@ -16,7 +16,7 @@ namespace kw {
 /// "Mail" is also in "/Applications/Mailbox.app" and in every path below "/home/Mail". Without an
 /// argument the name is the host's own; `NSInvalidArgumentException` is thrown where that is not
 /// known. A host whose path does not hold its name passes the path of its bundle, which finds it
-/// and nothing else beside it.
+/// and whatever has that path within its own.
 class KW_EXPORT KWStartUpUtils {
 public:
     KWStartUpUtils() = delete;

@@ -7,34 +7,33 @@
 #include <KWToolkit/platform/foundation/NSNotificationCenter.h>
 #include <KWToolkit/platform/ui/NSApplication.h>
 
+#include <atomic>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace kw {
 
 namespace {
 
-using Observer = NSNotificationCenter::Observer;
-
 /// Launches the application at the end of this one, once.
 class RelaunchAtEnd {
 public:
-    explicit RelaunchAtEnd(std::string identifier) {
-        *m_observer = center().addObserver(NSApplicationWillTerminateNotification, nullptr,
-            [observer = m_observer, identifier = std::move(identifier)](const NSNotification&) {
-                center().removeObserver(*observer);
-                Platform::workspace().launchApplication(identifier);
-            });
-    }
-    ~RelaunchAtEnd() { center().removeObserver(*m_observer); }
+    explicit RelaunchAtEnd(std::string identifier)
+        : m_observer(center().addObserver(NSApplicationWillTerminateNotification, nullptr,
+              [isDone = std::make_shared<std::atomic_flag>(), identifier = std::move(identifier)](
+                  const NSNotification&) {
+                  if (!isDone->test_and_set())
+                      Platform::workspace().launchApplication(identifier);
+              })) { }
+    ~RelaunchAtEnd() { center().removeObserver(m_observer); }
     RelaunchAtEnd(const RelaunchAtEnd&) = delete;
     RelaunchAtEnd& operator=(const RelaunchAtEnd&) = delete;
 
 private:
     static NSNotificationCenter& center() { return NSNotificationCenter::defaultCenter(); }
 
-    // Shared: the block may outlive this, where another thread posts.
-    std::shared_ptr<Observer> m_observer = std::make_shared<Observer>(Observer::none);
+    NSNotificationCenter::Observer m_observer;
 };
 
 } // namespace

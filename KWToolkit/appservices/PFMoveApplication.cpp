@@ -123,17 +123,15 @@ bool copyBundle(const std::string& bundlePath, const std::string& destinationPat
     FileSystem& files = Platform::fileSystem();
     if (files.fileExists(destinationPath) && !Trash(destinationPath))
         return false;
-    const bool isAvailable = isNewerSystem();
-    const std::error_code error =
-        isAvailable ? files.copyItem(bundlePath, destinationPath) : std::error_code();
-    if (error) {
+    if (isNewerSystem()) {
+        const std::error_code error = files.copyItem(bundlePath, destinationPath);
+        if (!error)
+            return true;
         log("Could not copy '" + bundlePath + "' to '" + destinationPath + "' (" + error.message()
             + ")");
     }
-    const bool isCopied = isAvailable && !error;
-    if (!isCopied)
-        log("ERROR -- Could not copy myself to /Applications");
-    return isCopied;
+    log("ERROR -- Could not copy myself to /Applications");
+    return false;
 }
 
 enum class AuthorizedCopy { success, canceled, failed };
@@ -144,7 +142,7 @@ AuthorizedCopy copyBundleWithAuthorization(
     const std::string& bundlePath, const std::string& destinationPath) {
     using enum AuthorizedCopy;
     // What is to be removed as the administrator is an application, and never nothing.
-    if (!destinationPath.ends_with(".app") || isBlank(destinationPath) || isBlank(bundlePath))
+    if (!destinationPath.ends_with(".app") || isBlank(bundlePath))
         return failed;
     const auto authorization = Platform::authorization().create();
     if (!authorization)

@@ -14,13 +14,15 @@ namespace kw {
 ///
 /// The user is asked with an alert. One who agrees gets a copy of the bundle in the Applications
 /// folder of the machine, else in the own one where that is there, else in the machine's with the
-/// administrator's rights; the old bundle goes to the Trash, the new one is started, and this
-/// process ends: the function returns only where the host's event loop has yet to end. One who
-/// declines is asked again at the next launch, but not after setting the checkbox: the user default
+/// administrator's rights; the old bundle goes to the Trash, a shell waits for this process to end
+/// and starts the new bundle, and the application terminates: see `NSApplication::terminate` for
+/// when that returns. One who declines is asked again at the next launch, but not after setting the
+/// checkbox, nor on an older system, which has none: the user default
 /// "moveToApplicationsFolderAlertSuppress" is true then.
 ///
-/// What goes wrong is told in an alert, and in lines on the console; the host goes on from where it
-/// is, and its bundle is there. A program that belongs to no bundle is never moved.
+/// A move that fails is told in an alert, and each step that does on the console; until the copy is
+/// complete the host's bundle stays where it is. A program that belongs to no bundle is never
+/// moved.
 ///
 /// The texts can be translated: their keys in the strings table "MoveApplication" are the English
 /// texts.

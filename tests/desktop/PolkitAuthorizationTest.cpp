@@ -101,7 +101,7 @@ TEST(PolkitAuthorization, RunsProgramsAsPolkitAllows) {
         GTEST_SKIP() << "needs a mount namespace, which takes root";
     EXPECT_EQ(result,
         "0 0 2 0 0 1 1 -1 1792 0 \n"
-        "2 2 2 0 0 1 1 -1 32512 0 \n");
+        "2 2 2 0 0 1 1 -1 -1 0 \n");
     EXPECT_EQ(folder.read("output"), "0\n<a b><\"'\n$(x)><>");
     EXPECT_EQ(PolkitAuthorizationService(test::FakeEnvironment {{"PATH", folder.path()}}).create(),
         nullptr);

@@ -103,6 +103,15 @@ TEST(FileTreeCopy, KeepsWhatTheFilesAre) {
         ::chmod(path.c_str(), 0755); // so that they can be removed
 }
 
+TEST(FileTreeCopy, ReachesOtherFileSystems) {
+    const test::TemporaryFolder memory("/dev/shm"), disk;
+    std::string content;
+    for (int i = 0; content.size() < 300'000; ++i)
+        content += std::to_string(i);
+    EXPECT_FALSE(copyFileTree(memory.write("from", content), disk.path("to")));
+    EXPECT_EQ(disk.read("to"), content);
+}
+
 TEST(FileTreeCopy, LeavesNothingBehindWhereItFails) {
     const test::TemporaryFolder folder;
     folder.write("from/file", "");
@@ -159,14 +168,14 @@ class SlowCopy : public testing::Test {
 protected:
     SlowCopy() {
         for (int i = 0; i < 2'000; ++i)
-            folder.write("from/" + std::to_string(i), "");
+            folder.write("from/" + std::to_string(i), std::to_string(i));
     }
     std::error_code copy() const { return copyFileTree(folder.path("from"), folder.path("to")); }
     /// Waits until a copy takes shape.
     bool isBegun() const {
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
         while (folder.names().size() == 1 && std::chrono::steady_clock::now() < deadline) { }
-        return folder.names().begin()->starts_with(".to.copy-");
+        return folder.names().begin()->starts_with(".to.kwtoolkit-copy-");
     }
     test::TemporaryFolder folder;
 };
@@ -176,13 +185,15 @@ TEST_F(SlowCopy, WhatAKilledOneLeftIsRemovedByTheNext) {
     EXPECT_TRUE(isBegun());
     copier.kill();
     EXPECT_FALSE(fs::exists(folder.path("to")));
-    folder.write(".to.copy-another", "");
-    fs::create_directory(folder.path(".to.copy-inwork"));
-    const FileDescriptor locked(::open(folder.path(".to.copy-inwork").c_str(), O_RDONLY));
+    folder.write(".to.kwtoolkit-copy-another", "");
+    fs::create_directory(folder.path(".to.kwtoolkit-copy-inwork"));
+    const FileDescriptor locked(::open(folder.path(".to.kwtoolkit-copy-inwork").c_str(), O_RDONLY));
     ::flock(locked.get(), LOCK_EX);
     EXPECT_FALSE(copy());
-    EXPECT_THAT(folder.names(), ElementsAre(".to.copy-another", ".to.copy-inwork", "from", "to"));
-    EXPECT_EQ(folder.names("to").size(), 2'000U);
+    EXPECT_THAT(folder.names(),
+        ElementsAre(".to.kwtoolkit-copy-another", ".to.kwtoolkit-copy-inwork", "from", "to"));
+    for (int i = 0; i < 2'000; ++i)
+        ASSERT_EQ(folder.read("to/" + std::to_string(i)), std::to_string(i));
 }
 
 TEST_F(SlowCopy, ALinkMadeMeanwhileIsNeitherFollowedNorReplaced) {

@@ -173,6 +173,13 @@ TEST_F(QtApplication, TheEndIsToldOnceUnlessAWindowRefuses) {
     center.removeObserver(observer);
 }
 
+TEST_F(QtApplication, TheEndThatAnAlertsLoopWasToldIsThatOfTheApplication) {
+    NSAlert alert;
+    EXPECT_EQ(
+        answer(alert, [](QMessageBox&) { NSApplication::sharedApplication().terminate(); }), 0);
+    EXPECT_EQ(QApplication::exec(), 0);
+}
+
 TEST_F(QtApplication, WithoutALoopTheProcessExits) {
     Window window;
     window.show();

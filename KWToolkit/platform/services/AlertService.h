@@ -16,7 +16,7 @@ public:
     virtual int runModal(NSAlert& alert) = 0;
 };
 
-/// Has no screen: writes to the console what would have been asked, and nobody answers.
+/// Has no screen: writes the message to the console, and nobody answers.
 class KW_EXPORT UnavailableAlertService final : public AlertService {
 public:
     int runModal(NSAlert& alert) override;

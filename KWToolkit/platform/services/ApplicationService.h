@@ -18,6 +18,9 @@ public:
     /// Ends the application: the host's event loop returns, or the process exits where none runs.
     virtual void exit() = 0;
 
+    /// Whether it has been told that it ends, and goes on only until its event loop returns.
+    virtual bool isEnding() const { return false; }
+
     /// See `NSAppKitVersionNumber`.
     virtual double frameworkVersion() const { return 1138; }
 };

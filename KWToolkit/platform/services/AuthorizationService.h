@@ -35,12 +35,13 @@ public:
     virtual AuthorizationStatus copyRights(const std::string& right, std::uint32_t flags) = 0;
 
     /// Starts a program with the administrator's rights. The program's path is absolute, and the
-    /// arguments reach it as they are: no shell reads them. False where it could not be started.
+    /// arguments reach it as they are: no shell reads them. Waits for the one that was started
+    /// before. False where it could not be started.
     virtual bool executeWithPrivileges(
         const std::string& program, const std::vector<std::string>& arguments) = 0;
 
     /// Waits for the program that was started last. Its status as POSIX `wait` tells it; nothing
-    /// where there is none to wait for.
+    /// where there is none to wait for, or the right turned out to be missing.
     virtual std::optional<int> wait() = 0;
 };
 

@@ -34,8 +34,9 @@ public:
     virtual std::vector<LoginItem> read() = 0;
 
     /// Hands the list to `change` and keeps what it leaves there. No other process changes the list
-    /// meanwhile. What is not changed stays as it is, to the byte. With an error nothing is lost,
-    /// but not everything may have been done.
+    /// meanwhile: others wait, so `change` is quick, and does not call this again. What is not
+    /// changed stays as it is, to the byte. With an error nothing is lost, but not everything may
+    /// have been done.
     virtual std::error_code update(
         const std::function<void(std::vector<LoginItem>& items)>& change) = 0;
 

@@ -44,7 +44,8 @@ public:
     void addButtonWithTitle(std::string title) { m_buttons.push_back(std::move(title)); }
     const std::vector<std::string>& buttons() const { return m_buttons; }
 
-    /// Whether the checkbox is shown. Its title is the desktop's.
+    /// Whether the checkbox is shown. Its title is the backend's, "Do not show this again" in Qt,
+    /// where the font alone tells how large it is.
     bool showsSuppressionButton() const { return m_showsSuppressionButton; }
     void setShowsSuppressionButton(bool shows) { m_showsSuppressionButton = shows; }
     /// After `runModal`, the checkbox as the user left it.

@@ -42,7 +42,7 @@ Class& NSApplication::classObject() {
 
 void NSApplication::terminate() {
     // A window that is asked to close, or an observer, may do this, too.
-    if (m_isTerminating)
+    if (m_isTerminating || Platform::application().isEnding())
         return;
     const Flag flag(m_isTerminating);
     static const SEL shouldTerminate("applicationShouldTerminate:");

@@ -8,6 +8,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -101,7 +102,8 @@ std::error_code forkDetached(const std::function<void(int errorOutput)>& run) {
 
 std::error_code startDetached(
     const std::vector<std::string>& arguments, const std::string& firstInPath) {
-    if (arguments.empty())
+    const auto isCut = [](const std::string& text) { return text.find('\0') != text.npos; };
+    if (arguments.empty() || std::ranges::any_of(arguments, isCut) || isCut(firstInPath))
         return std::make_error_code(std::errc::invalid_argument);
     const std::vector<char*> pointers = pointersTo(arguments);
     const std::vector<std::string> variables =

@@ -13,7 +13,8 @@ namespace kw {
 
 /// Starts a program, found through PATH, that outlives this process and is nobody's child to wait
 /// for: in a session of its own, with nothing on standard input and all signals as they are at
-/// first. Returns once it runs; the error is why it does not. Any thread.
+/// first. Returns once it runs; the error is why it does not. No argument can have a zero byte. Any
+/// thread.
 ///
 /// Where a folder is given, it comes first in the program's PATH.
 KW_EXPORT std::error_code startDetached(

@@ -51,10 +51,12 @@ std::error_code copyExtendedAttributes(int from, int to) {
             if (std::string_view(name).starts_with(accessListAttributes) != isAccessList)
                 continue;
             const ssize_t length = ::fgetxattr(from, name, value.data(), value.size());
+            if (length < 0 && errno == ENODATA) // it was there just now
+                continue;
             if (length < 0)
                 return lastError();
             if (::fsetxattr(to, name, value.data(), static_cast<std::size_t>(length), 0) != 0
-                && !isOptional(errno))
+                && !isOptional(errno) && errno != EACCES && errno != E2BIG && errno != ERANGE)
                 return lastError();
         }
     }
@@ -123,9 +125,9 @@ std::error_code copyAttributes(int from, const struct stat& original, int to) {
     }
     if (const auto error = copyExtendedAttributes(from, to))
         return error;
-    if (::fchmod(to, modeFor(original, copy)) != 0 || ::futimens(to, timesOf(original).data()) != 0)
+    if (::fchmod(to, modeFor(original, copy)) != 0 && !isOptional(errno))
         return lastError();
-    return {};
+    return ::futimens(to, timesOf(original).data()) == 0 ? std::error_code() : lastError();
 }
 
 FileCopies::~FileCopies() {
@@ -179,7 +181,7 @@ void FileCopies::work() {
             return;
         std::error_code error;
         {
-            const File file = std::move(m_waiting.front());
+            File file = std::move(m_waiting.front());
             m_waiting.pop_front();
             ++m_underWay;
             lock.unlock();
@@ -196,7 +198,7 @@ void FileCopies::work() {
     }
 }
 
-std::error_code FileCopies::copy(const File& file) {
+std::error_code FileCopies::copy(File& file) {
     try {
         constexpr off_t blockUnit = 512;
         const int from = file.from.get(), to = file.to.get();
@@ -210,7 +212,9 @@ std::error_code FileCopies::copy(const File& file) {
         }
         // The disk has work to do from now on, and less is left for the sync at the end.
         ::sync_file_range(to, 0, 0, SYNC_FILE_RANGE_WRITE);
-        return copyAttributes(from, file.original, to);
+        if (const auto error = copyAttributes(from, file.original, to))
+            return error;
+        return file.to.close(); // some file systems tell only now what could not be written
     } catch (const std::bad_alloc&) {
         return std::make_error_code(std::errc::not_enough_memory);
     }

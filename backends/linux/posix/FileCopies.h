@@ -22,7 +22,7 @@ namespace kw {
 /// How the names of the attributes begin that hold access lists.
 inline constexpr std::string_view accessListAttributes = "system.posix_acl_";
 
-/// Whether it is no failure that an attribute or an owner could not be set.
+/// Whether it is no failure that a mode, an attribute, an owner or a hard link could not be set.
 inline bool isOptional(int error) { return error == ENOTSUP || error == EPERM || error == EINVAL; }
 
 /// As utimensat takes them.
@@ -56,7 +56,7 @@ public:
 private:
     void work();
     void startThread();
-    std::error_code copy(const File& file);
+    std::error_code copy(File& file);
 
     std::mutex m_mutex; // guards what follows
     std::condition_variable m_changed;

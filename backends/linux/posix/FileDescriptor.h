@@ -29,6 +29,13 @@ public:
 
     int get() const { return m_descriptor; }
 
+    /// Closes it now, for what that has to tell.
+    std::error_code close() {
+        if (m_descriptor < 0 || ::close(std::exchange(m_descriptor, -1)) == 0 || errno == EINTR)
+            return {};
+        return {errno, std::generic_category()};
+    }
+
 private:
     int m_descriptor;
 };

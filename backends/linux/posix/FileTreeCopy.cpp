@@ -53,7 +53,7 @@ class Workshop {
 public:
     Workshop(int parent, const std::string& name)
         : m_parent(parent)
-        , m_prefix(std::string(".").append(name, 0, longestName).append(".copy-")) { }
+        , m_prefix(std::string(".").append(name, 0, longestName).append(".kwtoolkit-copy-")) { }
     ~Workshop() {
         if (m_folder.get() >= 0 && !m_isGone)
             removeTree(m_parent, m_name.c_str());
@@ -67,7 +67,9 @@ public:
             if (name.size() != m_prefix.size() + randomSize || !name.starts_with(m_prefix))
                 continue;
             const FileDescriptor folder = openFolderIn(m_parent, name.c_str());
-            if (folder.get() >= 0 && ::flock(folder.get(), LOCK_EX | LOCK_NB) == 0)
+            struct stat status;
+            if (folder.get() >= 0 && ::fstat(folder.get(), &status) == 0
+                && status.st_uid == ::geteuid() && ::flock(folder.get(), LOCK_EX | LOCK_NB) == 0)
                 removeTree(m_parent, name.c_str());
         }
     }
@@ -175,10 +177,12 @@ public:
         if (original.st_nlink > 1) {
             const auto [known, isFirst] =
                 m_linked.try_emplace({original.st_dev, original.st_ino}, path);
-            if (!isFirst)
-                return ::linkat(m_workshop.get(), known->second.c_str(), to.folder, to.name, 0) == 0
-                    ? std::error_code()
-                    : lastError();
+            if (!isFirst) {
+                if (::linkat(m_workshop.get(), known->second.c_str(), to.folder, to.name, 0) == 0)
+                    return {};
+                if (errno != EMLINK && !isOptional(errno))
+                    return lastError();
+            }
         }
         switch (original.st_mode & S_IFMT) {
         case S_IFREG:

@@ -18,9 +18,10 @@ namespace kw {
 /// kept does not run as its owner. Devices and sockets cannot be copied: errc::not_supported. A
 /// folder cannot be copied into itself: errc::invalid_argument.
 ///
-/// The copy takes shape in a folder ".<name>.copy-XXXXXX" beside the destination and is renamed
-/// once it is on the disk. With an error nothing of it is left, unless it was the disk that failed
-/// at the very end. What a killed copier left is removed by the next copy to the same destination.
+/// The copy takes shape in a folder ".<name>.kwtoolkit-copy-XXXXXX" beside the destination and is
+/// renamed once it is on the disk. With an error nothing of it is left, unless it was the disk that
+/// failed at the very end. What a killed copier left is removed by the next copy to the same
+/// destination.
 ///
 /// Threads of its own copy what files hold while the tree is walked; they end with the call.
 ///

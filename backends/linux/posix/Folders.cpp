@@ -30,13 +30,21 @@ std::error_code moveInTwoSteps(int folder, const char* name, int newFolder, cons
     }
     if (errno == EEXIST)
         return lastError();
-    // Folders cannot be linked. At worst this replaces an empty folder made just now.
-    struct stat there;
-    if (::fstatat(newFolder, newName, &there, AT_SYMLINK_NOFOLLOW) == 0)
-        return std::make_error_code(std::errc::file_exists);
-    if (errno != ENOENT || ::renameat(folder, name, newFolder, newName) != 0)
+    // What cannot be linked replaces something of its own kind that was made for it.
+    struct stat status;
+    if (::fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) != 0)
         return lastError();
-    return {};
+    const bool isFolder = S_ISDIR(status.st_mode);
+    const FileDescriptor made(isFolder ? -1 : uninterrupted([=] {
+        return ::openat(newFolder, newName, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    }));
+    if (isFolder ? ::mkdirat(newFolder, newName, 0700) != 0 : made.get() < 0)
+        return lastError();
+    if (::renameat(folder, name, newFolder, newName) == 0)
+        return {};
+    const auto error = lastError();
+    ::unlinkat(newFolder, newName, isFolder ? AT_REMOVEDIR : 0);
+    return error;
 }
 
 } // namespace

@@ -52,7 +52,8 @@ std::optional<fs::path> applicationFolderAbove(const fs::path& program) {
 
 std::optional<DesktopFile> readDesktopFile(const fs::path& path) {
     std::string text;
-    if (readFile(path.string(), text))
+    std::error_code error;
+    if (!fs::is_regular_file(path, error) || readFile(path.string(), text))
         return std::nullopt;
     return DesktopFile {path.stem().string(), DesktopEntry(text)};
 }

@@ -45,6 +45,9 @@ BaseFolders baseFolders(const Environment& environment) {
     folders.configHome = folder("XDG_CONFIG_HOME", ".config");
     folders.dataHome = folder("XDG_DATA_HOME", ".local/share");
     folders.cacheHome = folder("XDG_CACHE_HOME", ".cache");
+    folders.configFolders = absolutePaths(environment("XDG_CONFIG_DIRS"));
+    if (folders.configFolders.empty())
+        folders.configFolders = {"/etc/xdg"};
     folders.dataFolders = absolutePaths(environment("XDG_DATA_DIRS"));
     if (folders.dataFolders.empty())
         folders.dataFolders = {"/usr/local/share", "/usr/share"};

@@ -18,6 +18,7 @@ struct BaseFolders {
     std::optional<std::string> configHome; ///< nothing where there is no home
     std::optional<std::string> dataHome; ///< nothing where there is no home
     std::optional<std::string> cacheHome; ///< nothing where there is no home
+    std::vector<std::string> configFolders; ///< after the config home, best first
     std::vector<std::string> dataFolders; ///< after the data home, best first
 };
 

@@ -29,8 +29,12 @@ case $item in
     *) item=./$item ;;
 esac
 
+# Where every file may be executed, as on many a stick, a text is none the more a program.
 start_file() {
-    [ -f "$1" ] && [ -x "$1" ] && exec "$1"
+    [ -f "$1" ] && [ -r "$1" ] && [ -x "$1" ] || return
+    case $(head -c 4 "$1" | tr -d '\0\177') in
+        'ELF' | '#!'*) exec "$1" ;;
+    esac
 }
 
 # start_program NAME: starts it from where the folder may have it.
@@ -45,12 +49,19 @@ start_entry() {
     [ -f "$1" ] && [ -r "$1" ] || return
     group= program=
     while IFS= read -r line || [ -n "$line" ]; do
+        line=${line%"${line##*[![:space:]]}"} # no blanks at the end
         case $line in
             '['*) group=$line ;;
             Exec=* | 'Exec '*=*) [ "$group" = '[Desktop Entry]' ] && program=${line#*=} ;;
         esac
     done <"$1"
     program=${program#"${program%%[! ]*}"}
+    while :; do # what "env" starts counts
+        case ${program%% *} in
+            env | */env | [A-Za-z_]*=*) program=${program#* } ;;
+            *) break ;;
+        esac
+    done
     case $program in
         '"'*) program=${program#'"'} program=${program%%'"'*} ;;
         *) program=${program%%[ %]*} ;;
@@ -59,15 +70,15 @@ start_entry() {
     [ -n "$program" ] && start_program "$program"
 }
 
-if [ -d "$item" ]; then
+name=${item%"${item##*[!/]}"} # no slashes at the end
+name=${name##*/}
+if [ -d "$item" ] && [ "$name" != "${name%.app}" ]; then
     start_program AppRun
-    name=${item%"${item##*[!/]}"} # no slashes at the end
-    name=${name##*/}
     start_program "${name%.app}"
     for entry in "$item"/*.desktop "$item"/bin/*.desktop "$item"/usr/bin/*.desktop; do
         start_entry "$entry"
     done
-else
+elif [ ! -d "$item" ]; then
     start_file "$item"
 fi
 [ -e "$item" ] || item=$1 # it may be more than a path

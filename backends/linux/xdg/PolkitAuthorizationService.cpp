@@ -102,8 +102,7 @@ public:
             : run({"/bin/sh", "-c", R"(exec "$0" "$@" >/dev/null 2>&1)",
                   (m_pkexec.parent_path() / "pkcheck").string(), "--action-id",
                   "org.freedesktop.policykit.exec", "--process", std::to_string(::getpid())});
-        const int status = isRun ? wait().value_or(-1) : -1;
-        constexpr int dismissed = 126;
+        const int status = isRun ? nextStatus().value_or(-1) : -1;
         if (status == 0)
             return AuthorizationStatus::granted;
         return mayAsk && WIFEXITED(status) && WEXITSTATUS(status) == dismissed
@@ -121,10 +120,20 @@ public:
     }
 
     std::optional<int> wait() override {
-        return std::exchange(m_isRunning, false) ? hear(m_starter.get()) : std::nullopt;
+        const auto status = nextStatus();
+        const bool isRefused = status && WIFEXITED(*status)
+            && (WEXITSTATUS(*status) == dismissed || WEXITSTATUS(*status) == refused);
+        return isRefused ? std::nullopt : status;
     }
 
 private:
+    // What pkexec exits with where it does not run the program.
+    static constexpr int dismissed = 126, refused = 127;
+
+    std::optional<int> nextStatus() {
+        return std::exchange(m_isRunning, false) ? hear(m_starter.get()) : std::nullopt;
+    }
+
     bool run(const std::vector<std::string>& command) {
         std::string request;
         for (const std::string& argument : command) {
@@ -134,7 +143,7 @@ private:
         }
         if (request.size() > longestRequest || command.size() > mostArguments || !hasStarter())
             return false;
-        wait(); // one after another
+        nextStatus(); // one after another
         if (uninterrupted([&] {
                 return ::send(m_starter.get(), request.data(), request.size(), MSG_NOSIGNAL);
             })

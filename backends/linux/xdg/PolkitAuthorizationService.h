@@ -20,9 +20,9 @@ namespace kw {
 /// started by one process of its own, for which polkit keeps the answer until the authorization
 /// ends.
 ///
-/// The status of a program that was not run is that of pkexec: exit code 126 where the user
-/// dismissed the dialog, else 127. A program that is not waited for goes on after the
-/// authorization.
+/// A program that polkit did not let run, because the user dismissed the dialog for one, has no
+/// status to wait for; nor has one that exits with 126 or 127, as pkexec does then. A program that
+/// is not waited for goes on after the authorization.
 class KW_EXPORT PolkitAuthorizationService final : public AuthorizationService {
 public:
     explicit PolkitAuthorizationService(Environment environment = processEnvironment);

@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <cstdint>
 #include <ctime>
 #include <filesystem>
 #include <new>
@@ -35,17 +36,23 @@ struct Trash {
     fs::path top;
 };
 
-std::optional<dev_t> deviceOf(const fs::path& path) {
-    struct stat status;
-    return ::stat(path.c_str(), &status) == 0 ? std::optional(status.st_dev) : std::nullopt;
+/// Within a mount files can be renamed; another mount of the same device is another mount.
+using Mount = std::array<std::uint64_t, 3>;
+
+std::optional<Mount> mountOf(const fs::path& path) {
+    struct statx status;
+    if (::statx(AT_FDCWD, path.c_str(), 0, STATX_MNT_ID, &status) != 0)
+        return std::nullopt;
+    return Mount {status.stx_dev_major, status.stx_dev_minor,
+        (status.stx_mask & STATX_MNT_ID) ? status.stx_mnt_id : 0};
 }
 
-/// The device on which a folder is, or will be once it is made.
-std::optional<dev_t> futureDeviceOf(fs::path path) {
+/// The mount that a folder is in, or will be once it is made.
+std::optional<Mount> futureMountOf(fs::path path) {
     for (;; path = path.parent_path()) {
-        const auto device = deviceOf(path);
-        if (device || path == path.parent_path())
-            return device;
+        const auto mount = mountOf(path);
+        if (mount || path == path.parent_path())
+            return mount;
     }
 }
 
@@ -76,12 +83,12 @@ FileDescriptor folderInSharedTrash(int top, const std::string& user) {
 }
 
 std::error_code openTrash(const fs::path& folder, const Environment& environment, Trash& trash) {
-    const auto device = deviceOf(folder);
-    if (!device)
+    const auto mount = mountOf(folder);
+    if (!mount)
         return lastError();
     if (const auto dataHome = baseFolders(environment).dataHome) {
         const std::string home = *dataHome + "/Trash";
-        if (futureDeviceOf(home) == device) {
+        if (futureMountOf(home) == mount) {
             if (const auto error = createFolders(home))
                 return error;
             trash.folder = openFolder(home);
@@ -89,7 +96,7 @@ std::error_code openTrash(const fs::path& folder, const Environment& environment
         }
     }
     trash.top = folder;
-    while (trash.top != trash.top.parent_path() && deviceOf(trash.top.parent_path()) == device)
+    while (trash.top != trash.top.parent_path() && mountOf(trash.top.parent_path()) == mount)
         trash.top = trash.top.parent_path();
     const FileDescriptor top = openFolder(trash.top.string());
     if (top.get() < 0)

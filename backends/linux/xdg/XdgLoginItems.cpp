@@ -152,9 +152,10 @@ std::error_code describe(const LoginItem& item, Application& application) {
         application.entryName + application.name + application.bundlePath + application.program;
     if (!isValidUTF8(all))
         return std::make_error_code(std::errc::illegal_byte_sequence);
+    std::error_code error;
     const bool isWhole = application.bundlePath.starts_with('/')
         && application.program.starts_with('/') && !application.name.empty()
-        && all.find('\0') == all.npos;
+        && !fs::is_directory(application.program, error) && all.find('\0') == all.npos;
     return isWhole ? std::error_code() : invalid;
 }
 
@@ -178,8 +179,10 @@ void fill(DesktopEntry& content, const Application& application, bool isHidden) 
 /// Brings the entries of a folder to what a list of items says.
 class Revision {
 public:
-    Revision(fs::path folder, const std::vector<Entry>& entries, std::vector<LoginItem> former)
+    Revision(fs::path folder, const BaseFolders& base, const std::vector<Entry>& entries,
+        std::vector<LoginItem> former)
         : m_folder(std::move(folder))
+        , m_configFolders(base.configFolders)
         , m_entries(entries)
         , m_former(std::move(former)) { }
 
@@ -215,7 +218,14 @@ public:
                 return error;
         }
         for (const std::string& fileName : m_removed) {
-            if (::unlink((m_folder / fileName).c_str()) != 0 && errno != ENOENT)
+            // Without the user's entry the system's of the same name would hold.
+            if (isInSystem(fileName)) {
+                DesktopEntry content =
+                    std::ranges::find(m_entries, fileName, &Entry::fileName)->content;
+                content.setValue(mainGroup, "Hidden", "true");
+                if (const auto error = writeEntry((m_folder / fileName).string(), content))
+                    return error;
+            } else if (::unlink((m_folder / fileName).c_str()) != 0 && errno != ENOENT)
                 return lastError();
         }
         return m_removed.empty() ? std::error_code()
@@ -237,13 +247,22 @@ private:
         return items;
     }
 
+    bool isInSystem(const std::string& fileName) const {
+        std::error_code error;
+        return std::ranges::any_of(m_configFolders, [&](const std::string& folder) {
+            return fs::exists(fs::path(folder) / "autostart" / fileName, error);
+        });
+    }
+
     std::error_code planNew(const LoginItem& item, std::int64_t position) {
         Application application;
         if (const auto error = describe(item, application))
             return error;
         Entry entry {application.entryName, DesktopEntry("")};
         const std::string stem = fs::path(entry.fileName).stem().string();
-        for (int number = 2; !takeFile(entry); ++number)
+        // Another program's must not take the place of one of the system's.
+        const bool isHost = application.entryName == hostEntryName();
+        for (int number = 2; (!isHost && isInSystem(entry.fileName)) || !takeFile(entry); ++number)
             entry.fileName = stem + "-" + std::to_string(number) + ".desktop";
         fill(entry.content, application, item.isHidden);
         entry.content.setValue(mainGroup, positionKey, std::to_string(position));
@@ -287,6 +306,7 @@ private:
     }
 
     fs::path m_folder;
+    std::vector<std::string> m_configFolders;
     const std::vector<Entry>& m_entries;
     std::vector<LoginItem> m_former;
     std::vector<Entry> m_written;
@@ -327,7 +347,7 @@ std::error_code XdgLoginItems::update(
     if (const auto readError = readEntries(*folder, entries))
         return readError;
     std::vector<LoginItem> items = itemsOf(entries, m_environment("PATH"));
-    Revision revision(*folder, entries, items);
+    Revision revision(*folder, baseFolders(m_environment), entries, items);
     change(items);
     const auto planError = revision.plan(items);
     return planError ? planError : revision.carryOut();

@@ -12,8 +12,8 @@ namespace kw {
 ///
 /// The entries that the toolkit wrote come first, in their order, then the others by file name:
 /// these are never written, except that a changed `isHidden` becomes their key X-KWToolkit-Hide,
-/// which only the toolkit heeds, and that a removed item's file is deleted. Moving one has no
-/// effect.
+/// which only the toolkit heeds, and that a removed item's file is deleted, or gets Hidden=true
+/// where the system has one of that name, which would hold instead. Moving one has no effect.
 ///
 /// The path is the key X-KWToolkit-Path, else the program that TryExec or Exec names, looked for in
 /// PATH, or the folder "Name.app" in which that lies; an entry whose program cannot be executed has

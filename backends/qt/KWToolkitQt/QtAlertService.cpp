@@ -9,6 +9,8 @@
 #include <QPointer>
 #include <QPushButton>
 
+#include <algorithm>
+
 namespace kw::qt {
 
 namespace {
@@ -22,8 +24,11 @@ QCheckBox* makeCheckBox(const NSSuppressionButton& button, QWidget* parent) {
     checkBox->setChecked(button.isOn);
     // The sizes are those of another desktop's interface: what counts is how they compare.
     QFont font = checkBox->font();
-    if (button.font.size > 0)
-        font.setPointSizeF(font.pointSizeF() * button.font.size / NSFont::systemFontSize);
+    const double scale = button.font.size > 0 ? button.font.size / NSFont::systemFontSize : 1;
+    if (font.pointSizeF() > 0)
+        font.setPointSizeF(font.pointSizeF() * scale);
+    else
+        font.setPixelSize(std::max(1, qRound(font.pixelSize() * scale)));
     checkBox->setFont(font);
     return checkBox;
 }

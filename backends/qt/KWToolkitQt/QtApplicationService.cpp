@@ -19,15 +19,15 @@ namespace kw::qt {
 namespace {
 
 /// Whether the application has been told that it ends, and its event loop has yet to return.
-bool isEnding = false;
+bool isToldToEnd = false;
 
 void applicationQuits() {
-    if (!std::exchange(isEnding, true))
+    if (!std::exchange(isToldToEnd, true))
         callGuarded([] {
             NSNotificationCenter::defaultCenter().postNotificationName(
                 NSApplicationWillTerminateNotification, &NSApplication::sharedApplication());
         });
-    isEnding = false;
+    isToldToEnd = false;
 }
 
 } // namespace
@@ -40,9 +40,9 @@ void QtApplicationService::watchQuit() {
     });
 }
 
+bool QtApplicationService::isEnding() const { return isToldToEnd; }
+
 bool QtApplicationService::prepareToTerminate() {
-    if (isEnding)
-        return false; // once is enough
     if (!qobject_cast<QGuiApplication*>(QCoreApplication::instance()))
         return true;
     // The modal ones first: Qt does not let the user close those below either.
@@ -59,8 +59,16 @@ bool QtApplicationService::prepareToTerminate() {
 void QtApplicationService::exit() {
     if (QThread::currentThread()->loopLevel() == 0)
         std::exit(EXIT_SUCCESS);
-    isEnding = true;
+    isToldToEnd = true;
     QCoreApplication::exit();
+    // Where that was but a dialog's loop, the application's has yet to begin.
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(),
+        [] {
+            if (isToldToEnd)
+                QCoreApplication::exit();
+        },
+        Qt::QueuedConnection);
 }
 
 } // namespace kw::qt

@@ -16,6 +16,7 @@ public:
     /// Closes the windows one after the other, until one refuses.
     bool prepareToTerminate() override;
     void exit() override;
+    bool isEnding() const override;
 };
 
 } // namespace kw::qt

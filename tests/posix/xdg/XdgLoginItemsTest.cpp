@@ -56,8 +56,8 @@ protected:
     HeadlessMainBundle bundle;
     const ServiceScope<HeadlessMainBundle> scope {bundle};
     const std::string bin = folder.path("bin");
-    const test::FakeEnvironment environment {
-        {"XDG_CONFIG_HOME", folder.path("config")}, {"PATH", bin}};
+    const test::FakeEnvironment environment {{"XDG_CONFIG_HOME", folder.path("config")},
+        {"XDG_CONFIG_DIRS", folder.path("system")}, {"PATH", bin}};
     XdgLoginItems login {environment};
 };
 
@@ -135,6 +135,17 @@ TEST_F(XdgLoginItemsTest, AnImageIsStartedAndNotItsMount) {
             test::FakeEnvironment {{"KWTOOLKIT_LOGIN_ITEM", "hidden:" + mark}});
         EXPECT_EQ(started.launch(), launch);
     }
+}
+
+TEST_F(XdgLoginItemsTest, TheSystemsEntriesNeitherComeBackNorGetLost) {
+    for (const char* const place : {"system/autostart/a.desktop", "config/autostart/a.desktop"})
+        folder.write(place, "[Desktop Entry]\nExec=host\nX-Odd=1\n");
+    EXPECT_FALSE(login.update([](Items& items) { items.clear(); }));
+    EXPECT_EQ(content("a.desktop"), "[Desktop Entry]\nExec=host\nX-Odd=1\nHidden=true\n");
+    std::filesystem::remove(folder.path("config/autostart/a.desktop"));
+    EXPECT_FALSE(add(folder.writeProgram("a")));
+    EXPECT_THAT(names(), testing::Contains("a-2.desktop"));
+    EXPECT_EQ(add(folder.path()), std::errc::invalid_argument);
 }
 
 TEST_F(XdgLoginItemsTest, OtherEntriesKeepTheirBytes) {

@@ -59,7 +59,10 @@ TEST_F(OpenProgramTest, StartsWhatIsAtThePath) {
     program(odd + ".app/" + odd);
     program(odd + "/file");
     program("-n");
-    folder.write("Folder/a.desktop", "[Desktop Entry]\nExec=%U\n");
+    program("Folder/Folder");
+    folder.write("4.app/4.desktop", "[Desktop Entry] \r\nExec=env A=1 other %U\r\n");
+    program("4.app/other");
+    fs::permissions(folder.write("text", "exit 1"), fs::perms::owner_all);
 
     const std::pair<std::string, std::string> rows[] = {
         {folder.path("1.app"), folder.path("1.app/AppRun") + "||"},
@@ -68,7 +71,9 @@ TEST_F(OpenProgramTest, StartsWhatIsAtThePath) {
         {odd + ".app", "./" + odd + ".app/" + odd + "||"},
         {folder.path(odd + "/file"), folder.path(odd + "/file") + "||"},
         {"-n", "./-n||"},
+        {folder.path("4.app"), folder.path("4.app/other") + "||"},
         {folder.path("Folder"), "xdg|" + folder.path("Folder")},
+        {folder.path("text"), "xdg|" + folder.path("text")},
         {"https://example.org", "xdg|https://example.org"},
     };
     const auto current = fs::current_path();

@@ -13,6 +13,7 @@
 #include <KWToolkit/platform/headless/HeadlessProcessService.h>
 #include <KWToolkit/platform/headless/HeadlessSearchPaths.h>
 #include <KWToolkit/platform/headless/HeadlessWorkspace.h>
+#include <tests/support/TemporaryFolder.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -22,7 +23,9 @@
 namespace {
 
 using namespace kw;
+using testing::Contains;
 using testing::ElementsAre;
+using testing::Not;
 using Lines = std::vector<std::string>;
 
 const std::string source = "/home/user/Downloads/Host.app";
@@ -79,7 +82,9 @@ struct World {
     }
 
     bool isSuppressed() {
-        return defaults.read("org.example.Host").contains("moveToApplicationsFolderAlertSuppress");
+        const ServiceScope scope(defaults);
+        return NSUserDefaults("org.example.Host")
+            .boolForKey("moveToApplicationsFolderAlertSuppress");
     }
 };
 
@@ -90,7 +95,7 @@ constexpr const char* copyError = "ERROR -- Could not copy myself to /Applicatio
 constexpr const char* authorizedError =
     "ERROR -- Could not copy myself to /Applications with authorization";
 
-enum class End { nothing, declined, moved, failed };
+enum class End { nothing, declined, moved, movedHome, failed };
 
 TEST(MoveApplication, EndsAsTheWorldIs) {
     const struct {
@@ -106,6 +111,15 @@ TEST(MoveApplication, EndsAsTheWorldIs) {
             },
             {}, End::nothing},
         {"there already", [](World& w) { w.bundle.values.bundlePath = "/Applications/Host.app"; },
+            {}, End::nothing},
+        {"in the own folder",
+            [](World& w) { w.bundle.values.bundlePath = "/home/user/Applications/Host.app"; }, {},
+            End::nothing},
+        {"in the last of several",
+            [](World& w) {
+                w.paths.localApplications = {"/real", "/Applications"};
+                w.bundle.values.bundlePath = "/Applications/Host.app";
+            },
             {}, End::nothing},
         {"nearly there", [](World& w) { w.bundle.values.bundlePath = "/ApplicationsOld/H.app"; },
             {}, End::nothing},
@@ -137,7 +151,20 @@ TEST(MoveApplication, EndsAsTheWorldIs) {
             {moving, "ERROR -- Could not trash '" + source + "'",
                 "WARNING -- Could not delete application after moving it to Applications folder"},
             End::moved},
-        {"home folder", &World::useHome, {notMain, userFolder, moving}, End::moved},
+        {"last folder", [](World& w) { w.paths.localApplications = {"/real", "/Applications"}; },
+            {moving}, End::moved},
+        {"home folder",
+            [](World& w) {
+                w.useHome();
+                w.paths.userApplications = {"/real", "/home/user/Applications"};
+            },
+            {notMain, userFolder, moving}, End::movedHome},
+        {"home folder not writable",
+            [](World& w) {
+                w.useHome();
+                w.files.readOnly.insert("/home/user/Applications");
+            },
+            {notMain, userFolder, moving}, End::moved},
         {"authorized", &World::useAuthorization, {notMain, userFolder, moving}, End::moved},
         {"authorization canceled",
             [](World& w) {
@@ -145,7 +172,7 @@ TEST(MoveApplication, EndsAsTheWorldIs) {
                 w.authorization.status = AuthorizationStatus::canceled;
             },
             {notMain, userFolder, moving, "INFO -- Not moving because user canceled authorization"},
-            End::nothing},
+            End::declined},
         {"authorization denied",
             [](World& w) {
                 w.useAuthorization();
@@ -183,23 +210,40 @@ TEST(MoveApplication, EndsAsTheWorldIs) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         World world;
-        const bool wasSuppressed = row.name == std::string_view("suppressed");
         row.arrange(world);
+        const std::string bundlePath = world.bundle.values.bundlePath;
+        const bool wasSuppressed = world.isSuppressed();
         world.run();
         EXPECT_EQ(world.console.lines(), row.lines);
-        const bool isMoved = row.end == End::moved, isFailed = row.end == End::failed;
-        EXPECT_EQ(world.application.exits, isMoved);
-        EXPECT_EQ(world.processes.launched.size(), isMoved ? 1U : 0U);
-        EXPECT_EQ(isFailed,
-            !world.alerts.shown.empty()
-                && world.alerts.shown.back().messageText()
-                    == "Could not move to Applications folder");
         EXPECT_EQ(world.isSuppressed(), wasSuppressed);
-        EXPECT_TRUE(isMoved || world.files.fileExists(source));
-        EXPECT_EQ(world.authorization.living, 0);
+        const bool isMoved = row.end == End::moved || row.end == End::movedHome;
+        EXPECT_EQ(world.application.exits, isMoved);
+        EXPECT_EQ(world.alerts.shown.size(),
+            row.end == End::nothing      ? 0U
+                : row.end == End::failed ? 2U
+                                         : 1U);
+        if (row.end == End::failed) {
+            const NSAlert& alert = world.alerts.shown.back();
+            EXPECT_EQ(alert.messageText(), "Could not move to Applications folder");
+            EXPECT_TRUE(alert.informativeText().empty() && alert.buttons().empty()
+                && !alert.showsSuppressionButton());
+        }
         // Whatever runs with privileges names the destination, and only where one is allowed.
         for (const auto& run : world.authorization.runs)
             EXPECT_EQ(run.back(), "/Applications/Host.app");
+        EXPECT_EQ(world.authorization.living, 0);
+        if (!isMoved) {
+            EXPECT_TRUE(world.processes.launched.empty());
+            EXPECT_THAT(world.trashed, Not(Contains(bundlePath)));
+            continue;
+        }
+        const std::string to = row.end == End::movedHome ? "/home/user/Applications/Host.app"
+                                                         : "/Applications/Host.app";
+        EXPECT_EQ(world.files.fileExists(to), world.authorization.runs.empty());
+        EXPECT_EQ(testing::Value(world.trashed, Contains(source)), world.unmovable != source);
+        EXPECT_THAT(world.processes.launched,
+            ElementsAre(ElementsAre("/bin/sh", "-c",
+                "while [ `ps -p 42 | wc -l` -gt 1 ]; do sleep 0.1; done; open '" + to + "'")));
     }
 }
 
@@ -302,16 +346,37 @@ TEST(MoveApplication, RemembersWhoDoesNotWantToBeAskedAgain) {
     }
 }
 
-TEST(MoveApplication, StartsTheNewCopyOnceTheOldProcessIsGone) {
+TEST(MoveApplication, ThrowsAwayOnlyWhatIsInTheWay) {
+    // Deliberate: on an older system, too, which then cannot copy.
+    for (const double version : {949.0, 824.0}) {
+        World world;
+        world.application.version = version;
+        world.files.add("/Applications/Host.app");
+        world.run();
+        EXPECT_THAT(world.trashed, Contains("/Applications/Host.app"));
+        EXPECT_EQ(world.application.exits, version > 824);
+    }
+}
+
+TEST(MoveApplication, SpeaksTheUsersLanguage) {
+    const test::TemporaryFolder resources;
+    resources.write("Base.lproj/MoveApplication.strings",
+        "\"Move to Applications folder?\" = \"M\";\n"
+        "\"I can move myself to the Applications folder if you'd like.\" = \"I\";\n"
+        "\"This will keep your Downloads folder uncluttered.\" = \"D\";\n"
+        "\"Move to Applications Folder\" = \"Y\";\n\"Do Not Move\" = \"N\";\n"
+        "\"Could not move to Applications folder\" = \"F\";\n");
     World world;
-    world.files.add("/Applications/Host.app");
+    world.bundle.values.resourcePath = resources.path();
+    world.files.copyError = std::make_error_code(std::errc::io_error);
     world.run();
-    EXPECT_THAT(world.trashed, ElementsAre("/Applications/Host.app", source));
-    EXPECT_TRUE(world.files.fileExists("/Applications/Host.app"));
-    EXPECT_THAT(world.processes.launched,
-        ElementsAre(ElementsAre("/bin/sh", "-c",
-            "while [ `ps -p 42 | wc -l` -gt 1 ]; do sleep 0.1; done; open "
-            "'/Applications/Host.app'")));
+    std::string texts;
+    for (const NSAlert& alert : world.alerts.shown) {
+        texts += alert.messageText() + "|" + alert.informativeText() + "|";
+        for (const std::string& button : alert.buttons())
+            texts += button + "|";
+    }
+    EXPECT_EQ(texts, "M|I D|Y|N|F||");
 }
 
 } // namespace

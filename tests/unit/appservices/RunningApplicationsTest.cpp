@@ -4,6 +4,7 @@
 #include <KWToolkit/appservices/KWActiveApplications.h>
 #include <KWToolkit/appservices/NSApplication+Relaunch.h>
 #include <KWToolkit/platform/Platform.h>
+#include <KWToolkit/platform/foundation/Message.h>
 #include <KWToolkit/platform/foundation/NSException.h>
 #include <KWToolkit/platform/foundation/NSNotificationCenter.h>
 #include <KWToolkit/platform/headless/HeadlessApplicationService.h>
@@ -63,7 +64,8 @@ TEST_F(RunningApplicationsTest, ThePreviousOneIsTheFirstThatIsNotInFrontAsTheHos
         EXPECT_EQ(KWActiveApplications::previousActiveApplication(), row.previous);
         EXPECT_EQ(KWActiveApplications::previousActiveApplicationName(), row.name);
         EXPECT_EQ(KWActiveApplications::previousActiveApplicationPath(), row.path);
-        EXPECT_EQ(KWActiveApplications::activeApplications().has_value(), row.previous.has_value());
+        EXPECT_EQ(
+            KWActiveApplications::activeApplications(), row.previous ? row.list : std::nullopt);
     }
     bundle.values.name = "Host";
     running.applications = {host};
@@ -88,13 +90,41 @@ TEST_F(RunningApplicationsTest, ARelaunchHappensOnceAndOnlyWhereTheHostEnds) {
     // One that posts as well, or terminates again, gets one instance and one end.
     observer = observe([&](const auto& notification) {
         center.removeObserver(observer);
+        EXPECT_EQ(notification.object, &NSApplication::sharedApplication());
         NSApplication::sharedApplication().terminate();
         center.postNotificationName(notification.name);
+        EXPECT_EQ(workspace.launchedApplications.size(), 1U);
     });
     relaunchApp();
     center.postNotificationName(NSApplicationWillTerminateNotification);
     EXPECT_THAT(workspace.launchedApplications, ElementsAre("org.example.Host"));
     EXPECT_EQ(application.exits, 1);
+}
+
+class Delegate final : public NSObject {
+public:
+    static Class& classObject() {
+        static Class object("Delegate", NSObject::classObject(),
+            {method("applicationShouldTerminate:", &Delegate::applicationShouldTerminate)});
+        return object;
+    }
+    Class& isa() const override { return classObject(); }
+
+    bool agrees = false;
+
+private:
+    bool applicationShouldTerminate(NSApplication&) { return agrees; }
+};
+
+TEST_F(RunningApplicationsTest, TheDelegateIsAskedBeforeTheEnd) {
+    Delegate delegate;
+    NSApplication::sharedApplication().setDelegate(delegate);
+    for (const bool agrees : {false, true}) {
+        delegate.agrees = agrees;
+        relaunchApp();
+        EXPECT_EQ(application.exits, agrees);
+        EXPECT_EQ(workspace.launchedApplications.size(), agrees ? 1U : 0U);
+    }
 }
 
 TEST(NSNotificationCenter, ObserversMayLeaveWhileTheyAreTold) {
@@ -110,6 +140,8 @@ TEST(NSNotificationCenter, ObserversMayLeaveWhileTheyAreTold) {
     });
     second = center.addObserver("n", nullptr, [&](const auto&) { told += "second "; });
     center.addObserver("n", nullptr, [&](const auto&) { told += "third "; });
+    NSObject object;
+    center.addObserver("n", &object, [&](const auto&) { told += "other "; });
     center.postNotificationName("n");
     EXPECT_EQ(told, "first third ");
     EXPECT_EQ(own.use_count(), 1);
