@@ -44,7 +44,7 @@ struct Argument {
     }
     char* write(char* to, const char* limit) const {
         return isValid ? urlArgumentTable.write(to, limit, text)
-                       : std::copy(nothing.begin(), nothing.end(), to);
+                       : std::ranges::copy(nothing, to).out;
     }
 };
 

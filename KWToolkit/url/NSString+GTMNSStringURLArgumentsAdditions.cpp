@@ -64,7 +64,8 @@ void unescapeLanes(const char*& from, char*& to, Lanes& wrong) {
         std::memcpy(to, pairs + i, 2);
         to += sizes[i];
     }
-    from += laneCount + 2 * (from[laneCount - 1] == '%') + (from[laneCount - 2] == '%');
+    const std::size_t more = from[laneCount - 1] == '%' ? 2 : 0;
+    from += laneCount + more + (from[laneCount - 2] == '%');
 }
 
 // What is unescaped byte by byte, since setting out for more takes as long.

@@ -51,7 +51,7 @@ Lanes malformedAt(const char* bytes) {
     // Less room after these: what is below is overlong, what is above a surrogate or nothing.
     const Lanes first = 0x80 + (isEqual(before, 0xE0) & 0x20) + (isEqual(before, 0xF0) & 0x10);
     const Lanes last = 0xBF - (isEqual(before, 0xED) & 0x20) - (isEqual(before, 0xF4) & 0x30);
-    const Lanes isContinuation = reinterpret_cast<Lanes>(here - first <= last - first);
+    const auto isContinuation = reinterpret_cast<Lanes>(here - first <= last - first);
     const Lanes isNever = isEqual(here & 0xFE, 0xC0) | isAtLeast(here, 0xF5);
     return (isWanted ^ isContinuation) | isNever;
 }

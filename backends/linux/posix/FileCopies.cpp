@@ -67,6 +67,7 @@ std::error_code readAndWrite(int from, int to, off_t count) {
     std::array<char, 65536> bytes;
     while (count > 0) {
         const auto wanted = std::min(bytes.size(), static_cast<std::size_t>(count));
+        // NOLINTNEXTLINE(clang-analyzer-unix.BlockInCriticalSection): the lock has been released
         const ssize_t read = uninterrupted([&] { return ::read(from, bytes.data(), wanted); });
         if (read <= 0)
             return read == 0 ? std::error_code() : lastError();

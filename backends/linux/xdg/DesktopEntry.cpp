@@ -5,6 +5,7 @@
 #include <backends/linux/posix/LocaleName.h>
 
 #include <algorithm>
+#include <ranges>
 #include <utility>
 
 namespace kw {
@@ -86,13 +87,12 @@ void DesktopEntry::setValue(
     std::string_view group, std::string_view key, const std::string& value) {
     const std::string line = std::string(key) + "=" + value + "\n";
     // The one that `value` reads, should there be several.
-    for (auto candidate = m_groups.rbegin(); candidate != m_groups.rend(); ++candidate) {
-        if (candidate->name != group)
+    for (Group& candidate : std::views::reverse(m_groups)) {
+        if (candidate.name != group)
             continue;
-        auto& lines = candidate->lines;
-        const auto former = std::find_if(
-            lines.rbegin(), lines.rend(), [&](const Line& other) { return other.key == key; });
-        if (former != lines.rend()) {
+        auto lines = std::views::reverse(candidate.lines);
+        const auto former = std::ranges::find(lines, key, &Line::key);
+        if (former != lines.end()) {
             *former = {line, std::string(key), value};
             return;
         }
