@@ -33,10 +33,6 @@ std::unique_ptr<UrlEventService> makeDefaultService();
 template <>
 std::unique_ptr<RunLoop> makeDefaultService();
 template <>
-std::unique_ptr<AlertService> makeDefaultService();
-template <>
-std::unique_ptr<ApplicationService> makeDefaultService();
-template <>
 std::unique_ptr<AuthorizationService> makeDefaultService();
 template <>
 std::unique_ptr<ProcessService> makeDefaultService();
@@ -48,6 +44,14 @@ template <>
 std::unique_ptr<Locale> makeDefaultService();
 
 // These need nothing but the standard library, so every build has the same.
+template <>
+std::unique_ptr<AlertService> makeDefaultService() {
+    return std::make_unique<UnavailableAlertService>();
+}
+template <>
+std::unique_ptr<ApplicationService> makeDefaultService() {
+    return std::make_unique<ProcessApplicationService>();
+}
 template <>
 std::unique_ptr<Clock> makeDefaultService() {
     return std::make_unique<SteadyClock>();

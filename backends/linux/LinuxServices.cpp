@@ -72,16 +72,6 @@ std::unique_ptr<UrlEventService> makeDefaultService() {
 }
 
 template <>
-std::unique_ptr<AlertService> makeDefaultService() {
-    return std::make_unique<UnavailableAlertService>();
-}
-
-template <>
-std::unique_ptr<ApplicationService> makeDefaultService() {
-    return std::make_unique<ProcessApplicationService>();
-}
-
-template <>
 std::unique_ptr<AuthorizationService> makeDefaultService() {
     return std::make_unique<PolkitAuthorizationService>();
 }

@@ -56,12 +56,14 @@ start_entry() {
         esac
     done <"$1"
     program=${program#"${program%%[! ]*}"}
-    while :; do # what "env" starts counts
-        case ${program%% *} in
-            env | */env | [A-Za-z_]*=*) program=${program#* } ;;
-            *) break ;;
-        esac
-    done
+    case ${program%% *} in
+        env | */env) # what it starts counts
+            while [ "$program" != "${program#* }" ]; do
+                program=${program#* }
+                case ${program%% *} in *=*) ;; *) break ;; esac
+            done
+            ;;
+    esac
     case $program in
         '"'*) program=${program#'"'} program=${program%%'"'*} ;;
         *) program=${program%%[ %]*} ;;

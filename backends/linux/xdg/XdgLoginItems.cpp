@@ -218,15 +218,19 @@ public:
                 return error;
         }
         for (const std::string& fileName : m_removed) {
-            // Without the user's entry the system's of the same name would hold.
-            if (isInSystem(fileName)) {
-                DesktopEntry content =
-                    std::ranges::find(m_entries, fileName, &Entry::fileName)->content;
-                content.setValue(mainGroup, "Hidden", "true");
-                if (const auto error = writeEntry((m_folder / fileName).string(), content))
-                    return error;
-            } else if (::unlink((m_folder / fileName).c_str()) != 0 && errno != ENOENT)
+            const fs::path file = m_folder / fileName;
+            std::error_code isGone;
+            // Of a link the entry, not what it leads to, is to change.
+            if ((!isInSystem(fileName) || fs::is_symlink(file, isGone))
+                && ::unlink(file.c_str()) != 0 && errno != ENOENT)
                 return lastError();
+            if (!isInSystem(fileName))
+                continue;
+            // Without the user's entry the system's of the same name would hold.
+            auto content = std::ranges::find(m_entries, fileName, &Entry::fileName)->content;
+            content.setValue(mainGroup, "Hidden", "true");
+            if (const auto error = writeEntry(file.string(), content))
+                return error;
         }
         return m_removed.empty() ? std::error_code()
                                  : syncFolder(openFolder(m_folder.string()).get());

@@ -138,10 +138,15 @@ TEST_F(XdgLoginItemsTest, AnImageIsStartedAndNotItsMount) {
 }
 
 TEST_F(XdgLoginItemsTest, TheSystemsEntriesNeitherComeBackNorGetLost) {
-    for (const char* const place : {"system/autostart/a.desktop", "config/autostart/a.desktop"})
-        folder.write(place, "[Desktop Entry]\nExec=host\nX-Odd=1\n");
+    const std::string entry = "[Desktop Entry]\nExec=host\nX-Odd=1\n";
+    for (const char* const place : {"system/autostart/a.desktop", "linked.desktop"})
+        folder.write(place, entry);
+    std::filesystem::create_directories(folder.path("config/autostart"));
+    std::filesystem::create_symlink(
+        folder.path("linked.desktop"), folder.path("config/autostart/a.desktop"));
     EXPECT_FALSE(login.update([](Items& items) { items.clear(); }));
-    EXPECT_EQ(content("a.desktop"), "[Desktop Entry]\nExec=host\nX-Odd=1\nHidden=true\n");
+    EXPECT_EQ(content("a.desktop"), entry + "Hidden=true\n");
+    EXPECT_EQ(folder.read("linked.desktop"), entry);
     std::filesystem::remove(folder.path("config/autostart/a.desktop"));
     EXPECT_FALSE(add(folder.writeProgram("a")));
     EXPECT_THAT(names(), testing::Contains("a-2.desktop"));

@@ -62,6 +62,7 @@ TEST_F(OpenProgramTest, StartsWhatIsAtThePath) {
     program("Folder/Folder");
     folder.write("4.app/4.desktop", "[Desktop Entry] \r\nExec=env A=1 other %U\r\n");
     program("4.app/other");
+    folder.write("5.app/5.desktop", "[Desktop Entry]\nExec=env\n");
     fs::permissions(folder.write("text", "exit 1"), fs::perms::owner_all);
 
     const std::pair<std::string, std::string> rows[] = {
@@ -72,6 +73,7 @@ TEST_F(OpenProgramTest, StartsWhatIsAtThePath) {
         {folder.path(odd + "/file"), folder.path(odd + "/file") + "||"},
         {"-n", "./-n||"},
         {folder.path("4.app"), folder.path("4.app/other") + "||"},
+        {folder.path("5.app"), "xdg|" + folder.path("5.app")},
         {folder.path("Folder"), "xdg|" + folder.path("Folder")},
         {folder.path("text"), "xdg|" + folder.path("text")},
         {"https://example.org", "xdg|https://example.org"},
