@@ -15,7 +15,7 @@ constexpr float cornerRadius = 10;
 constexpr float borderWidth = 4;
 constexpr double engravingDepth = 2;
 
-constexpr NSColor rgb(double red, double green, double blue, double alpha = 1) {
+NSColor rgb(double red, double green, double blue, double alpha = 1) {
     return NSColor::colorWithCalibratedRed(red, green, blue, alpha);
 }
 

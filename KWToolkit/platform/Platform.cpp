@@ -53,6 +53,10 @@ std::unique_ptr<ApplicationService> makeDefaultService() {
     return std::make_unique<ProcessApplicationService>();
 }
 template <>
+std::unique_ptr<ImageDecoder> makeDefaultService() {
+    return std::make_unique<UnavailableImageDecoder>();
+}
+template <>
 std::unique_ptr<Clock> makeDefaultService() {
     return std::make_unique<SteadyClock>();
 }
@@ -117,6 +121,7 @@ template struct ServiceSlot<ProcessService>;
 template struct ServiceSlot<LoginItems>;
 template struct ServiceSlot<RunningApplications>;
 template struct ServiceSlot<Locale>;
+template struct ServiceSlot<ImageDecoder>;
 template struct ServiceSlot<Clock>;
 template struct ServiceSlot<Console>;
 template struct ServiceSlot<RunLoop>;
@@ -145,6 +150,7 @@ RunningApplications& Platform::runningApplications() {
     return detail::ServiceSlot<RunningApplications>::inUse();
 }
 Locale& Platform::locale() { return detail::ServiceSlot<Locale>::inUse(); }
+ImageDecoder& Platform::imageDecoder() { return detail::ServiceSlot<ImageDecoder>::inUse(); }
 Clock& Platform::clock() { return detail::ServiceSlot<Clock>::inUse(); }
 Console& Platform::console() { return detail::ServiceSlot<Console>::inUse(); }
 RunLoop& Platform::runLoop() { return detail::ServiceSlot<RunLoop>::inUse(); }

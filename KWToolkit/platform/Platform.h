@@ -11,6 +11,7 @@
 #include <KWToolkit/platform/services/DefaultsStore.h>
 #include <KWToolkit/platform/services/FileSystem.h>
 #include <KWToolkit/platform/services/HotkeyService.h>
+#include <KWToolkit/platform/services/ImageDecoder.h>
 #include <KWToolkit/platform/services/KeyboardLayout.h>
 #include <KWToolkit/platform/services/Locale.h>
 #include <KWToolkit/platform/services/LoginItems.h>
@@ -48,6 +49,7 @@ public:
     static LoginItems& loginItems();
     static RunningApplications& runningApplications();
     static Locale& locale();
+    static ImageDecoder& imageDecoder();
     static Clock& clock();
     static Console& console();
     /// The calling thread's loop. Other services have one instance a process, this one a thread.
@@ -93,6 +95,7 @@ extern template struct ServiceSlot<ProcessService>;
 extern template struct ServiceSlot<LoginItems>;
 extern template struct ServiceSlot<RunningApplications>;
 extern template struct ServiceSlot<Locale>;
+extern template struct ServiceSlot<ImageDecoder>;
 extern template struct ServiceSlot<Clock>;
 extern template struct ServiceSlot<Console>;
 extern template struct ServiceSlot<RunLoop>;
@@ -114,6 +117,7 @@ ProcessService& portOf(ProcessService&);
 LoginItems& portOf(LoginItems&);
 RunningApplications& portOf(RunningApplications&);
 Locale& portOf(Locale&);
+ImageDecoder& portOf(ImageDecoder&);
 Clock& portOf(Clock&);
 Console& portOf(Console&);
 RunLoop& portOf(RunLoop&);

@@ -59,6 +59,11 @@ bool Class::addMethod(
     return added;
 }
 
+void Class::addMethods(std::initializer_list<Method> methods) {
+    for (const Method& method : methods)
+        addMethod(method.name, method.implementation, method.typeEncoding);
+}
+
 void Class::replaceMethod(
     SEL name, std::shared_ptr<const Implementation> implementation, std::string typeEncoding) {
     if (addMethod(name, implementation, std::move(typeEncoding)))

@@ -83,6 +83,9 @@ public:
     bool addMethod(
         SEL name, std::shared_ptr<const Implementation> implementation, std::string typeEncoding);
 
+    /// Adds a category's methods.
+    void addMethods(std::initializer_list<Method> methods);
+
     /// Replaces the implementation of this class's own method and keeps its type encoding; adds the
     /// method where the class has none of its own.
     void replaceMethod(

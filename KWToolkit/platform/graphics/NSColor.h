@@ -2,46 +2,80 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <KWToolkit/platform/Export.h>
+#include <KWToolkit/platform/graphics/CGColor.h>
+#include <KWToolkit/platform/graphics/CGColorSpace.h>
+
+#include <array>
+#include <memory>
+#include <optional>
+#include <span>
+
 namespace kw {
 
-/// A color in one of the calibrated spaces. Components run from 0 to 1.
-class NSColor {
+class NSImage;
+
+/// A color: the components of a space and an alpha, from 0 to 1, or an image that is painted side
+/// by side. What is outside of 0 to 1 counts as the nearer of the two, what is no number as 0.
+class KW_EXPORT NSColor {
 public:
-    enum class Space { calibratedWhite, calibratedRGB };
-
-    static constexpr NSColor colorWithCalibratedWhite(double white, double alpha) {
-        return {Space::calibratedWhite, white, white, white, alpha};
+    static NSColor colorWithCalibratedWhite(double white, double alpha) {
+        return {CGColorSpace::calibratedGray, {white}, alpha};
     }
-    static constexpr NSColor colorWithCalibratedRed(
-        double red, double green, double blue, double alpha) {
-        return {Space::calibratedRGB, red, green, blue, alpha};
+    static NSColor colorWithCalibratedRed(double red, double green, double blue, double alpha) {
+        return {CGColorSpace::calibratedRGB, {red, green, blue}, alpha};
     }
-    static constexpr NSColor whiteColor() { return colorWithCalibratedWhite(1, 1); }
-    static constexpr NSColor blackColor() { return colorWithCalibratedWhite(0, 1); }
-    static constexpr NSColor clearColor() { return colorWithCalibratedWhite(0, 0); }
+    static NSColor colorWithDeviceWhite(double white, double alpha) {
+        return {CGColorSpace::deviceGray, {white}, alpha};
+    }
+    static NSColor colorWithDeviceRed(double red, double green, double blue, double alpha) {
+        return {CGColorSpace::deviceRGB, {red, green, blue}, alpha};
+    }
+    static NSColor colorWithDeviceCyan(
+        double cyan, double magenta, double yellow, double black, double alpha) {
+        return {CGColorSpace::deviceCMYK, {cyan, magenta, yellow, black}, alpha};
+    }
+    static NSColor colorWithPatternImage(std::shared_ptr<NSImage> image);
+    static NSColor whiteColor() { return colorWithCalibratedWhite(1, 1); }
+    static NSColor blackColor() { return colorWithCalibratedWhite(0, 1); }
+    static NSColor clearColor() { return colorWithCalibratedWhite(0, 0); }
 
-    constexpr Space space() const { return m_space; }
-    /// The components as red, green and blue, whatever the space.
-    constexpr double redComponent() const { return m_red; }
-    constexpr double greenComponent() const { return m_green; }
-    constexpr double blueComponent() const { return m_blue; }
-    constexpr double alphaComponent() const { return m_alpha; }
+    CGColorSpace colorSpace() const { return m_space; }
+    double alphaComponent() const { return m_alpha; }
 
-    friend constexpr bool operator==(const NSColor&, const NSColor&) = default;
+    // Each of these throws an `NSException` named "NSInvalidArgumentException" for a color of
+    // another kind than the name says.
+    double whiteComponent() const;
+    double redComponent() const;
+    double greenComponent() const;
+    double blueComponent() const;
+    std::shared_ptr<NSImage> patternImage() const;
+    /// With alpha. There are none in a pattern.
+    int numberOfComponents() const;
+    /// Alpha last. Writes as many as there are, or as there is room for.
+    void getComponents(std::span<double> components) const;
+
+    /// The color in another space, by the formulas of PostScript (Language Reference, 3rd edition,
+    /// 7.2); empty from a pattern or to one.
+    std::optional<NSColor> colorUsingColorSpace(CGColorSpace space) const;
+
+    /// The color for layers and contexts. That of an image keeps the image's pixels alive; empty
+    /// where the image has none.
+    std::optional<kw::CGColor> CGColor() const;
+
+    friend bool operator==(const NSColor&, const NSColor&) = default;
 
 private:
-    constexpr NSColor(Space space, double red, double green, double blue, double alpha)
-        : m_space(space)
-        , m_red(red)
-        , m_green(green)
-        , m_blue(blue)
-        , m_alpha(alpha) { }
+    using Components = std::array<double, 4>;
 
-    Space m_space;
-    double m_red;
-    double m_green;
-    double m_blue;
+    NSColor(CGColorSpace space, const Components& components, double alpha);
+    double component(const char* name, CGColorSpaceModel model, std::size_t index) const;
+    [[noreturn]] void throwInvalid(const char* name) const;
+
+    CGColorSpace m_space;
+    Components m_components;
     double m_alpha;
+    std::shared_ptr<NSImage> m_pattern;
 };
 
 } // namespace kw

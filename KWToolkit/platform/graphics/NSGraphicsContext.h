@@ -3,6 +3,8 @@
 #pragma once
 
 #include <KWToolkit/platform/Export.h>
+#include <KWToolkit/platform/graphics/CGColor.h>
+#include <KWToolkit/platform/graphics/CGImage.h>
 #include <KWToolkit/platform/graphics/NSBezierPath.h>
 #include <KWToolkit/platform/graphics/NSColor.h>
 #include <KWToolkit/platform/graphics/NSFont.h>
@@ -32,6 +34,9 @@ public:
     virtual void restoreGraphicsState() = 0;
 
     virtual void setFillColor(const NSColor& color) = 0;
+    /// A pattern's cells begin at the lower left corner of what is drawn into, whatever its
+    /// coordinates, and are not flipped.
+    virtual void setFillColor(const CGColor& color) = 0;
     virtual void setStrokeColor(const NSColor& color) = 0;
     /// Puts a shadow under everything that is drawn until the state is restored.
     virtual void setShadow(const NSShadow& shadow) = 0;
@@ -45,6 +50,9 @@ public:
     /// line is just long enough for its first and last color to lie on the bounds' corners.
     virtual void drawGradient(
         const NSGradient& gradient, const NSBezierPath& path, double angle) = 0;
+
+    /// Draws an image's pixels into a rectangle, upright whatever way the coordinates go.
+    virtual void drawImage(const CGImage& image, const NSRect& rect) = 0;
 
     /// What `drawText` covers, on one line for each line of the text.
     virtual NSSize sizeOfText(std::string_view text, const TextAttributes& attributes) = 0;

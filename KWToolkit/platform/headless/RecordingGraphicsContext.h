@@ -23,6 +23,10 @@ public:
         NSColor color;
         friend bool operator==(const SetFillColor&, const SetFillColor&) = default;
     };
+    struct SetFillCGColor {
+        CGColor color;
+        friend bool operator==(const SetFillCGColor&, const SetFillCGColor&) = default;
+    };
     struct SetStrokeColor {
         NSColor color;
         friend bool operator==(const SetStrokeColor&, const SetStrokeColor&) = default;
@@ -45,20 +49,28 @@ public:
         double angle;
         friend bool operator==(const DrawGradient&, const DrawGradient&) = default;
     };
+    struct DrawImage {
+        const CGImage* image;
+        NSRect rect;
+        friend bool operator==(const DrawImage&, const DrawImage&) = default;
+    };
     struct DrawText {
         std::string text;
         NSPoint origin;
         TextAttributes attributes;
         friend bool operator==(const DrawText&, const DrawText&) = default;
     };
-    using Call = std::variant<SaveState, RestoreState, SetFillColor, SetStrokeColor, SetShadow,
-        Fill, Stroke, DrawGradient, DrawText>;
+    using Call = std::variant<SaveState, RestoreState, SetFillColor, SetFillCGColor, SetStrokeColor,
+        SetShadow, Fill, Stroke, DrawGradient, DrawImage, DrawText>;
 
     const std::vector<Call>& calls() const { return m_calls; }
 
     void saveGraphicsState() override { m_calls.emplace_back(SaveState {}); }
     void restoreGraphicsState() override { m_calls.emplace_back(RestoreState {}); }
     void setFillColor(const NSColor& color) override { m_calls.emplace_back(SetFillColor {color}); }
+    void setFillColor(const CGColor& color) override {
+        m_calls.emplace_back(SetFillCGColor {color});
+    }
     void setStrokeColor(const NSColor& color) override {
         m_calls.emplace_back(SetStrokeColor {color});
     }
@@ -67,6 +79,9 @@ public:
     void stroke(const NSBezierPath& path) override { m_calls.emplace_back(Stroke {path}); }
     void drawGradient(const NSGradient& gradient, const NSBezierPath& path, double angle) override {
         m_calls.emplace_back(DrawGradient {gradient, path, angle});
+    }
+    void drawImage(const CGImage& image, const NSRect& rect) override {
+        m_calls.emplace_back(DrawImage {&image, rect});
     }
     /// Every character is half the font size wide and the line 1.25 font sizes high.
     NSSize sizeOfText(std::string_view text, const TextAttributes& attributes) override;

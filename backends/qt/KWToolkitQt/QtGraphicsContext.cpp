@@ -31,8 +31,11 @@ QColor toQt(const NSColor& color) {
     const auto component = [](double value) {
         return static_cast<float>(std::clamp(value, 0.0, 1.0));
     };
-    return QColor::fromRgbF(component(color.redComponent()), component(color.greenComponent()),
-        component(color.blueComponent()), component(color.alphaComponent()));
+    const auto rgb = color.colorUsingColorSpace(CGColorSpace::deviceRGB);
+    if (!rgb)
+        return Qt::transparent;
+    return QColor::fromRgbF(component(rgb->redComponent()), component(rgb->greenComponent()),
+        component(rgb->blueComponent()), component(rgb->alphaComponent()));
 }
 
 QPainterPath toQt(const NSBezierPath& path) {
@@ -87,6 +90,9 @@ void QtGraphicsContext::restoreGraphicsState() {
 }
 
 void QtGraphicsContext::setFillColor(const NSColor& color) { state().fillColor = toQt(color); }
+void QtGraphicsContext::setFillColor(const CGColor&) { }
+void QtGraphicsContext::drawImage(const CGImage&, const NSRect&) { }
+
 void QtGraphicsContext::setStrokeColor(const NSColor& color) { state().strokeColor = toQt(color); }
 void QtGraphicsContext::setShadow(const NSShadow& shadow) { state().shadow = shadow; }
 

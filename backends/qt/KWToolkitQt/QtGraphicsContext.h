@@ -29,11 +29,13 @@ public:
     void saveGraphicsState() override;
     void restoreGraphicsState() override;
     void setFillColor(const NSColor& color) override;
+    void setFillColor(const CGColor& color) override;
     void setStrokeColor(const NSColor& color) override;
     void setShadow(const NSShadow& shadow) override;
     void fill(const NSBezierPath& path) override;
     void stroke(const NSBezierPath& path) override;
     void drawGradient(const NSGradient& gradient, const NSBezierPath& path, double angle) override;
+    void drawImage(const CGImage& image, const NSRect& rect) override;
     NSSize sizeOfText(std::string_view text, const TextAttributes& attributes) override;
     void drawText(std::string_view text, NSPoint origin, const TextAttributes& attributes) override;
 

@@ -1,0 +1,140 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#include <KWToolkit/platform/graphics/NSBitmapImageRep.h>
+
+#include <KWToolkit/platform/graphics/Pixels.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cmath>
+#include <new>
+#include <span>
+#include <utility>
+
+namespace kw {
+
+namespace {
+
+NSSize onePointAPixel(const CGImageLayout& layout) {
+    return {static_cast<double>(layout.width), static_cast<double>(layout.height)};
+}
+
+bool contains(const CGImageLayout& layout, std::int64_t x, std::int64_t y) {
+    return x >= 0 && x < layout.width && y >= 0 && y < layout.height;
+}
+
+NSColor colorOf(CGColorSpace space, const std::array<double, 5>& parts, double alpha) {
+    switch (CGColorSpaceGetModel(space)) {
+    case CGColorSpaceModel::monochrome:
+        return space == CGColorSpace::deviceGray
+            ? NSColor::colorWithDeviceWhite(parts[0], alpha)
+            : NSColor::colorWithCalibratedWhite(parts[0], alpha);
+    case CGColorSpaceModel::CMYK:
+        return NSColor::colorWithDeviceCyan(parts[0], parts[1], parts[2], parts[3], alpha);
+    default:
+        return space == CGColorSpace::deviceRGB
+            ? NSColor::colorWithDeviceRed(parts[0], parts[1], parts[2], alpha)
+            : NSColor::colorWithCalibratedRed(parts[0], parts[1], parts[2], alpha);
+    }
+}
+
+std::array<int, 5> placesOf(const CGImageLayout& layout) {
+    return layout.bitsPerComponent < 8 ? std::array<int, 5> {} : layout.componentPlaces();
+}
+
+} // namespace
+
+NSBitmapImageRep::NSBitmapImageRep(
+    const CGImageLayout& layout, std::shared_ptr<const std::uint8_t[]> pixels)
+    : NSImageRep(onePointAPixel(layout))
+    , m_layout(layout)
+    , m_pixels(std::move(pixels)) { }
+
+std::shared_ptr<NSBitmapImageRep> NSBitmapImageRep::initWithCGImage(const CGImageRef& image) {
+    if (!image)
+        return nullptr;
+    std::shared_ptr<NSBitmapImageRep> rep(new NSBitmapImageRep(image->layout(), image->pixels()));
+    rep->m_image = image;
+    return rep;
+}
+
+std::shared_ptr<NSBitmapImageRep> NSBitmapImageRep::initWithLayout(const CGImageLayout& layout) {
+    if (!layout.isValid())
+        return nullptr;
+    auto pixels = makePixels(layout.byteCount());
+    if (!pixels)
+        return nullptr;
+    std::uint8_t* const own = pixels.get();
+    std::shared_ptr<NSBitmapImageRep> rep(new NSBitmapImageRep(layout, std::move(pixels)));
+    rep->m_ownPixels = own;
+    return rep;
+}
+
+Class& NSBitmapImageRep::classObject() {
+    static auto& object = *new Class("NSBitmapImageRep", NSImageRep::classObject());
+    return object;
+}
+
+std::uint8_t* NSBitmapImageRep::bitmapData() {
+    m_image.reset();
+    if (!m_ownPixels || m_pixels.use_count() > 1) {
+        auto copy = makePixels(m_layout.byteCount());
+        if (!copy)
+            throw std::bad_alloc();
+        std::copy_n(m_pixels.get(), m_layout.byteCount(), copy.get());
+        m_ownPixels = copy.get();
+        m_pixels = std::move(copy);
+    }
+    // Whoever shared them on another thread has read them before giving them back.
+    std::atomic_thread_fence(std::memory_order_acquire);
+    return m_ownPixels;
+}
+
+std::optional<NSColor> NSBitmapImageRep::colorAt(std::int64_t x, std::int64_t y) const {
+    if (!contains(m_layout, x, y))
+        return std::nullopt;
+    const std::uint8_t* const row = m_pixels.get() + y * m_layout.bytesPerRow;
+    const auto places = placesOf(m_layout);
+    const auto colors = static_cast<std::size_t>(m_layout.colorComponents());
+    const double maximum = maximumComponent(m_layout.bitsPerComponent);
+    const auto part = [&](std::size_t index) {
+        return componentAt(m_layout, row, x, places[index]) / maximum;
+    };
+    const double alpha = m_layout.hasAlpha() ? part(colors) : 1;
+    std::array<double, 5> parts {};
+    for (std::size_t i = 0; i < colors; ++i) {
+        parts[i] = part(i);
+        if (m_layout.isPremultiplied())
+            parts[i] = alpha > 0 ? parts[i] / alpha : 0;
+    }
+    return colorOf(m_layout.colorSpace, parts, alpha);
+}
+
+void NSBitmapImageRep::setColor(const NSColor& color, std::int64_t x, std::int64_t y) {
+    if (!contains(m_layout, x, y))
+        return;
+    const auto converted = color.colorUsingColorSpace(m_layout.colorSpace);
+    if (!converted)
+        return;
+    std::array<double, 5> parts {};
+    converted->getComponents(parts);
+    const auto colors = static_cast<std::size_t>(m_layout.colorComponents());
+    const double factor = m_layout.isPremultiplied() ? parts[colors] : 1;
+    const auto places = placesOf(m_layout);
+    const double maximum = maximumComponent(m_layout.bitsPerComponent);
+    std::uint8_t* const row = bitmapData() + y * m_layout.bytesPerRow;
+    for (std::size_t i = 0; i < colors + (m_layout.hasAlpha() ? 1 : 0); ++i) {
+        const double part = i < colors ? parts[i] * factor : parts[i];
+        setComponentAt(m_layout, row, x, places[i],
+            static_cast<std::uint32_t>(std::floor(part * maximum + 0.5)));
+    }
+}
+
+CGImageRef NSBitmapImageRep::CGImage() {
+    if (!m_image)
+        m_image = kw::CGImage::create(m_layout, m_pixels);
+    return m_image;
+}
+
+} // namespace kw
