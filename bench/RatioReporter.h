@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,8 +22,10 @@ public:
                 continue;
             const std::string name = run.run_name.str();
             if (run.run_type == Run::RT_Iteration || run.aggregate_name == "median")
-                m_times[name] = name.find("real_time") == name.npos ? run.GetAdjustedCPUTime()
-                                                                    : run.GetAdjustedRealTime();
+                m_times[name] =
+                    name.find("real_time") == name.npos && name.find("manual_time") == name.npos
+                    ? run.GetAdjustedCPUTime()
+                    : run.GetAdjustedRealTime();
         }
     }
 
@@ -31,6 +34,15 @@ public:
         if (m_times.contains(one) && m_times.contains(other))
             std::printf("%-42s / %-36s %6.2f\n", one.c_str(), other.c_str(),
                 m_times.at(one) / m_times.at(other));
+    }
+
+    /// The time of a benchmark that was run, in its own unit, whichever clock it is measured with.
+    std::optional<double> time(const std::string& name) const {
+        for (const char* const clock : {"", "/process_time", "/manual_time"}) {
+            if (const auto place = m_times.find(name + clock); place != m_times.end())
+                return place->second;
+        }
+        return std::nullopt;
     }
 
 private:
