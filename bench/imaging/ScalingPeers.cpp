@@ -52,6 +52,14 @@ std::span<const ScalingPeer> scalingPeers() {
         {"Qt smooth", scalingByQt},
         {"zimg planar", scalingByZimg},
         {"zimg interleaved", scalingByZimgInterleaved},
+        {"vips lanczos3", scalingByVipsDefault},
+        {"vips lanczos3, gap 0", scalingByVipsWhole},
+        {"OpenCV area", scalingByOpenCVArea},
+        {"OpenCV lanczos4", scalingByOpenCVLanczos},
+        {"swscale lanczos", scalingBySwscale},
+        {"libyuv box", scalingByLibyuv},
+        {"stb default", scalingByStb},
+        {"Pillow lanczos", scalingByPillow, true},
     };
     return peers;
 }

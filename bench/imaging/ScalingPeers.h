@@ -35,5 +35,16 @@ Scaling scalingByQt(const Picture& picture, Size size);
 Scaling scalingByZimg(const Picture& picture, Size size);
 /// From interleaved pixels to interleaved pixels, with all that takes.
 Scaling scalingByZimgInterleaved(const Picture& picture, Size size);
+/// Shrinks by whole factors first, to no less than twice the size.
+Scaling scalingByVipsDefault(const Picture& picture, Size size);
+Scaling scalingByVipsWhole(const Picture& picture, Size size);
+Scaling scalingByOpenCVArea(const Picture& picture, Size size);
+/// Looks at eight by eight pixels, also where it leaves many out.
+Scaling scalingByOpenCVLanczos(const Picture& picture, Size size);
+/// The filters are ready.
+Scaling scalingBySwscale(const Picture& picture, Size size);
+Scaling scalingByLibyuv(const Picture& picture, Size size);
+Scaling scalingByStb(const Picture& picture, Size size);
+Scaling scalingByPillow(const Picture& picture, Size size);
 
 } // namespace kw::bench
