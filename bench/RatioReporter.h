@@ -45,6 +45,18 @@ public:
         return std::nullopt;
     }
 
+    /// Prints the times of those of the benchmarks that were run, and how many times as long as the
+    /// first each takes.
+    void printTable(const char* title, const std::vector<std::string>& names) const {
+        const auto first = time(names.front());
+        if (first)
+            std::printf("\n%s\n", title);
+        for (const std::string& name : names) {
+            if (const auto own = time(name); own && first)
+                std::printf("%-42s %9.3f %9.2f\n", name.c_str(), *own, *own / *first);
+        }
+    }
+
 private:
     std::map<std::string, double> m_times;
 };

@@ -159,6 +159,11 @@ Picture photo(Size size) {
     return picture;
 }
 
+const Picture& largePhoto() {
+    static const Picture picture = photo({6000, 4000});
+    return picture;
+}
+
 Picture icon(int side) {
     Picture picture {{side, side}, false, Bytes(Size {side, side}.byteCount())};
     const auto scale = 2 / static_cast<float>(side);

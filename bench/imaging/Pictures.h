@@ -36,6 +36,8 @@ struct Picture {
 
 /// Clouds of detail at all scales, shapes with sharp edges and small print. Opaque.
 Picture photo(Size size);
+/// One of 6000 x 4000, made when it is first asked for.
+const Picture& largePhoto();
 /// Soft and hard edges towards full transparency, on a square.
 Picture icon(int side);
 /// Rings that get finer outwards, up to one in two pixels in the middle of each side. Opaque.

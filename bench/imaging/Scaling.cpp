@@ -9,8 +9,6 @@
 
 #include <cstdio>
 #include <exception>
-#include <map>
-#include <memory>
 #include <numeric>
 #include <optional>
 #include <string>
@@ -22,35 +20,35 @@ namespace {
 
 struct Workload {
     const char* name;
-    Picture (*make)();
+    const Picture& (*picture)();
     Size size;
     bool isReduction = true;
 };
 
-constexpr Workload workloads[] = {
-    {"6000x4000_to_256x171", [] { return photo({6000, 4000}); }, {256, 171}},
-    {"6000x4000_to_1024x683", [] { return photo({6000, 4000}); }, {1024, 683}},
-    {"1920x1080_to_128x72", [] { return photo({1920, 1080}); }, {128, 72}},
-    {"icon_512_to_32", [] { return icon(512); }, {32, 32}},
-    {"256_to_1024", [] { return photo({256, 256}); }, {1024, 1024}, false},
-};
-
-/// Made when first asked for; workloads with the same maker share it.
-const Picture& pictureOf(const Workload& workload) {
-    static std::map<std::pair<int, bool>, Picture> pictures;
-    static std::map<const Workload*, const Picture*> known;
-    const Picture*& picture = known[&workload];
-    if (!picture) {
-        Picture made = workload.make();
-        const std::pair key(made.size.width, made.isOpaque);
-        picture = &pictures.try_emplace(key, std::move(made)).first->second;
-    }
-    return *picture;
+const Picture& screenPhoto() {
+    static const Picture picture = photo({1920, 1080});
+    return picture;
 }
+const Picture& smallPhoto() {
+    static const Picture picture = photo({256, 256});
+    return picture;
+}
+const Picture& largeIcon() {
+    static const Picture picture = icon(512);
+    return picture;
+}
+
+constexpr Workload workloads[] = {
+    {"6000x4000_to_256x171", largePhoto, {256, 171}},
+    {"6000x4000_to_1024x683", largePhoto, {1024, 683}},
+    {"1920x1080_to_128x72", screenPhoto, {128, 72}},
+    {"icon_512_to_32", largeIcon, {32, 32}},
+    {"256_to_1024", smallPhoto, {1024, 1024}, false},
+};
 
 void measure(benchmark::State& state, const Workload& workload, const ScalingPeer& peer) {
     try {
-        const Scaling scaling = peer.prepare(pictureOf(workload), workload.size);
+        const Scaling scaling = peer.prepare(workload.picture(), workload.size);
         for (auto _ : state) {
             const double seconds = scaling.run();
             if (peer.timesItself)
@@ -67,7 +65,7 @@ std::string nameOf(const Workload& workload, const ScalingPeer& peer) {
 
 /// A plain read of the largest picture, which no reduction of it can beat.
 void readOnce(benchmark::State& state) {
-    const Picture& picture = pictureOf(workloads[0]);
+    const Picture& picture = largePhoto();
     for (auto _ : state) {
         const auto* const words = reinterpret_cast<const std::uint64_t*>(picture.pixels.data());
         benchmark::DoNotOptimize(
@@ -90,7 +88,7 @@ void printWorkload(const RatioReporter& reporter, const Workload& workload) {
     const auto toolkitTime = reporter.time(nameOf(workload, toolkit));
     if (!toolkitTime)
         return;
-    const Picture& picture = pictureOf(workload);
+    const Picture& picture = workload.picture();
     const auto reference = referenceScaled(picture, workload.size);
     const auto decibelsOf = [&](const ScalingPeer& peer) {
         const Scaling scaling = peer.prepare(picture, workload.size);
