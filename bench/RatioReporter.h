@@ -31,9 +31,10 @@ public:
 
     /// Prints how many times as long the one takes as the other, where both were run.
     void printRatio(const std::string& one, const std::string& other) const {
-        if (m_times.contains(one) && m_times.contains(other))
-            std::printf("%-42s / %-36s %6.2f\n", one.c_str(), other.c_str(),
-                m_times.at(one) / m_times.at(other));
+        const auto oneTime = time(one);
+        const auto otherTime = time(other);
+        if (oneTime && otherTime)
+            std::printf("%-42s / %-36s %6.2f\n", one.c_str(), other.c_str(), *oneTime / *otherTime);
     }
 
     /// The time of a benchmark that was run, in its own unit, whichever clock it is measured with.

@@ -131,33 +131,31 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const double alpha = alphaFrom(input);
     const auto quality = input.flag() ? input.upTo(5) : input.take<std::int32_t>();
 
-    // The sides by the rules, in wider numbers.
+    // The sides by the rules. A product must be a 64-bit number.
     __int128 drawnWidth = width;
     __int128 drawnHeight = height;
+    bool hasSides = true;
     if (image && preserveRatio) {
-        if (image->width() > image->height())
-            drawnHeight = __int128 {image->height()} * width / image->width();
-        else
-            drawnWidth = __int128 {image->width()} * height / image->height();
+        const bool isLandscape = image->width() > image->height();
+        const __int128 product =
+            isLandscape ? __int128 {image->height()} * width : __int128 {image->width()} * height;
+        hasSides = product == static_cast<std::int64_t>(product);
+        (isLandscape ? drawnHeight : drawnWidth) =
+            product / std::max(image->width(), image->height());
     }
     const __int128 canvasWidth = keepSquareRect ? width : drawnWidth;
     const __int128 canvasHeight = keepSquareRect ? height : drawnHeight;
-    const bool hasCanvas = canvasWidth > 0 && canvasHeight > 0;
+    const bool hasCanvas = hasSides && canvasWidth > 0 && canvasHeight > 0;
+    const bool isSmall = hasCanvas && canvasHeight <= mostPixels / canvasWidth;
     // What is drawn would take long, though there is memory for it.
-    constexpr __int128 mostBytes = __int128 {1} << 32;
-    if (image && hasCanvas && canvasWidth * canvasHeight * 4 <= mostBytes
-        && canvasWidth * canvasHeight > mostPixels)
+    if (image && hasCanvas && !isSmall && canvasHeight <= (std::int64_t {1} << 30) / canvasWidth)
         return 0;
 
     const CGImageRef scaled = kwCreateScaledCGImageFromCGImage(
         image, width, height, preserveRatio, shouldAntialias, keepSquareRect, alpha, quality);
-    if (!image || image->bitsPerComponent() != 8 || !hasCanvas
-        || canvasWidth * canvasHeight > mostPixels) {
-        require(!scaled);
-        return 0;
-    }
+    require(static_cast<bool>(scaled) == (image && image->bitsPerComponent() == 8 && isSmall));
     if (!scaled)
-        return 0; // products that are no 64-bit numbers
+        return 0;
     require(scaled->layout()
         == CGImageLayout::premultipliedRGBA(
             static_cast<std::int64_t>(canvasWidth), static_cast<std::int64_t>(canvasHeight)));

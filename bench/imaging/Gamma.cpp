@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 #include <functional>
 #include <memory>
@@ -136,14 +137,12 @@ Summary registerGamma() {
         }
     }
     return [](const RatioReporter& reporter) {
+        std::printf("\n");
         for (const bool isOpaque : {true, false}) {
-            reporter.printTable(
-                isOpaque ? "24 megapixels, opaque" : "24 megapixels with alpha", [&] {
-                    std::vector<std::string> names;
-                    for (const Adjustment& adjustment : adjustments)
-                        names.push_back(nameOf(isOpaque, adjustment));
-                    return names;
-                }());
+            for (const Adjustment& own : {adjustments[0], adjustments[1]}) {
+                for (const Adjustment& other : {adjustments[2], adjustments[3], adjustments[4]})
+                    reporter.printRatio(nameOf(isOpaque, own), nameOf(isOpaque, other));
+            }
         }
     };
 }
