@@ -27,7 +27,7 @@ constexpr float gammaValue = 2.2F;
 Bytes premultiplied(bool isOpaque) {
     Bytes pixels = largePhoto().pixels;
     for (std::size_t i = 0; !isOpaque && i < pixels.size(); i += 4) {
-        const unsigned alpha = static_cast<unsigned>(i / 4 % 6000 * 255 / 5999);
+        const auto alpha = static_cast<unsigned>(i / 4 % 6000 * 255 / 5999);
         for (std::size_t color = i; color < i + 3; ++color)
             pixels[color] = static_cast<std::uint8_t>(pixels[color] * alpha / 255);
         pixels[i + 3] = static_cast<std::uint8_t>(alpha);
@@ -45,7 +45,7 @@ const GammaTable& gammaTable() {
         GammaTable values {};
         for (std::size_t i = 0; i < values.size(); ++i)
             values[i] = static_cast<std::uint32_t>(
-                32768 * std::pow(static_cast<double>(i) / 255, gammaValue) + 0.5);
+                std::lround(32768 * std::pow(static_cast<double>(i) / 255, gammaValue)));
         return values;
     }();
     return table;
@@ -53,7 +53,7 @@ const GammaTable& gammaTable() {
 
 std::uint8_t adjusted(unsigned color, unsigned alpha) {
     const double straight = alpha == 0 ? 0 : std::min(1.0, static_cast<double>(color) / alpha);
-    return static_cast<std::uint8_t>(std::pow(straight, gammaValue) * alpha + 0.5);
+    return static_cast<std::uint8_t>(std::lround(std::pow(straight, gammaValue) * alpha));
 }
 
 /// One table for each byte of a pixel, in place; right for opaque pixels alone.

@@ -21,7 +21,7 @@ float between(Random& random, float low, float high) {
 }
 
 std::uint8_t byteOf(float value) {
-    return static_cast<std::uint8_t>(std::clamp(value, 0.0F, 255.0F) + 0.5F);
+    return static_cast<std::uint8_t>(std::lround(std::clamp(value, 0.0F, 255.0F)));
 }
 
 /// A plane of numbers around 0.

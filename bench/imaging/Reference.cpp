@@ -98,7 +98,7 @@ double peakSignalToNoise(const std::vector<double>& reference, const Bytes& pixe
 Bytes rounded(const std::vector<double>& reference) {
     Bytes bytes(reference.size());
     std::ranges::transform(reference, bytes.begin(),
-        [](double value) { return static_cast<std::uint8_t>(value + 0.5); });
+        [](double value) { return static_cast<std::uint8_t>(std::lround(value)); });
     return bytes;
 }
 
