@@ -3,6 +3,7 @@
 // Scaling, gamma, reflections and files beside the usual libraries, on one thread. Besides:
 //   imaging_bench --zone-plate FOLDER    writes pictures to look at
 //   imaging_bench --memory               the most memory that reducing a large picture takes
+#include <KWToolkitQt/QtServices.h>
 #include <bench/imaging/Benchmarks.h>
 
 #include <QThreadPool>
@@ -20,6 +21,7 @@ int main(int argc, char** argv) {
     }
     if (!initializeInTurns(argc, argv, 7, "0.05"))
         return 1;
+    kw::qt::useQtServices(); // whose decoder reads the file
     // Qt scales in its pool. What is compared is the process's time on the processor.
     QThreadPool::globalInstance()->setMaxThreadCount(1);
 

@@ -91,7 +91,7 @@ CGImageRef imageFrom(Input& input) {
         return nullptr;
     const auto byteCount =
         layout.isValid() ? static_cast<std::size_t>(layout.byteCount()) : std::size_t {1};
-    std::shared_ptr<std::uint8_t[]> pixels(new std::uint8_t[byteCount]);
+    const std::shared_ptr<std::uint8_t[]> pixels(new std::uint8_t[byteCount]);
     input.fill(pixels.get(), byteCount);
     CGImageRef image = CGImage::create(layout, pixels);
     require(static_cast<bool>(image) == layout.isValid());
