@@ -3,6 +3,12 @@
 // The loops with the wider instructions of the machines that have them.
 #ifdef __x86_64__
 
+// g++ 12 takes what its own AVX-512 functions leave undefined on purpose for a mistake (GCC bug
+// 105593).
+#ifndef __clang__
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#endif
+
 #include <KWToolkit/imaging/ResamplingLoops.h>
 
 #include <immintrin.h>
