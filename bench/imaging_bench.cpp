@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // Scaling, gamma, reflections and files beside the usual libraries, on one thread. Besides:
 //   imaging_bench --zone-plate FOLDER    writes pictures to look at
+//   imaging_bench --quality              closeness to the formula for pictures that are hard
 //   imaging_bench --memory               the most memory that reducing a large picture takes
 #include <KWToolkitQt/QtServices.h>
 #include <bench/imaging/Benchmarks.h>
@@ -15,6 +16,10 @@ int main(int argc, char** argv) {
     const std::string_view option = argc > 1 ? argv[1] : "";
     if (option == "--zone-plate" && argc == 3)
         return writeZonePlates(argv[2]) ? 0 : 1;
+    if (option == "--quality") {
+        printQuality();
+        return 0;
+    }
     if (option == "--memory") {
         printPeakMemory();
         return 0;

@@ -22,6 +22,9 @@ Summary registerFile();
 /// as more rings what a filter lets through. False where they cannot be written.
 bool writeZonePlates(const std::string& folder);
 
+/// Prints how close reductions of pictures that are hard come to the formula.
+void printQuality();
+
 /// Prints the memory that reducing 24 megapixels needs besides the picture and the result.
 void printPeakMemory();
 

@@ -194,6 +194,16 @@ Picture icon(int side) {
     return picture;
 }
 
+Picture noise(Size size) {
+    Random random; // NOLINT(bugprone-random-generator-seed): always the same picture
+    Picture picture {size, true, Bytes(size.byteCount(), 255)};
+    for (std::size_t i = 0; i < picture.pixels.size(); ++i) {
+        if (i % 4 != 3)
+            picture.pixels[i] = random() & 1 ? 255 : 0;
+    }
+    return picture;
+}
+
 Picture zonePlate(int side) {
     Picture picture {{side, side}, true, Bytes(Size {side, side}.byteCount(), 255)};
     std::uint8_t* pixel = picture.pixels.data();

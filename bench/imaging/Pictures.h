@@ -40,6 +40,8 @@ Picture photo(Size size);
 const Picture& largePhoto();
 /// Soft and hard edges towards full transparency, on a square.
 Picture icon(int side);
+/// Black or white in each channel of each pixel. Opaque.
+Picture noise(Size size);
 /// Rings that get finer outwards, up to one in two pixels in the middle of each side. Opaque.
 Picture zonePlate(int side);
 
