@@ -89,8 +89,8 @@ TEST(Painting, ClipsAndPlacesSubviews) {
 }
 
 TEST(Painting, RunsGradientsAtTheirAngleAndOnBeyondTheirStops) {
-    constexpr NSColor red = NSColor::colorWithCalibratedRed(1, 0, 0, 1);
-    constexpr NSColor blue = NSColor::colorWithCalibratedRed(0, 0, 1, 1);
+    const NSColor red = NSColor::colorWithCalibratedRed(1, 0, 0, 1);
+    const NSColor blue = NSColor::colorWithCalibratedRed(0, 0, 1, 1);
     const struct {
         double angle;
         QPoint first, last;
