@@ -209,7 +209,7 @@ TEST(Painting, PlacesPatternCellsByBoundsStepsAndMatrix) {
     } rows[] {
         {NSMakeRect(0, 0, 4, 4), 8, 8, {}, exact, 1, 20 * 12},
         {NSMakeRect(2, 1, 4, 4), 8, -8, {}, exact, 0.5, 20 * 11},
-        {NSMakeRect(0, 0, 4, 4), 8, 8, {2, 0, 0, 2, 0, 4}, exact, 1, 24 * 8},
+        {NSMakeRect(0, 0, 4.5, 4), 8, 8, {2, 0, 0, 2, 0, 4}, exact, 1, 26 * 8},
         {NSMakeRect(0, 0, 12, 12), 8, 8, {}, exact, 1, 40 * 20},
         {NSMakeRect(0, 0, 2, 2), 4.4, 4.4, {}, CGPatternTiling::noDistortion, 1, 20 * 10},
         {NSMakeRect(0, 0, 4, 4), 8, 8, {}, exact, none, 0},
