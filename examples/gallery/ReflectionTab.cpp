@@ -48,8 +48,8 @@ public:
         auto* const settings =
             factsLayout({{"Amount", m_amount}, {"Rows", m_rows}, {nullptr, m_flipped},
                 {nullptr,
-                    label("What is as large as the picture is shown beneath it, whole. It gets "
-                          "stronger toward the bottom of its band.")}});
+                    label("The result is as large as the picture, and shown whole beneath it. "
+                          "Within its band it gets stronger downward.")}});
         settings->setAlignment(m_flipped, Qt::AlignLeft);
         auto* const pictures = new QVBoxLayout;
         pictures->addWidget(m_result);
@@ -73,6 +73,7 @@ public:
         m_amount->click(tour, ValueSlider::Side::left, "25 %");
         m_amount->click(tour, ValueSlider::Side::left, "0 %");
         tour.expect("no reflection", "none", rows);
+        m_amount->click(tour, ValueSlider::Side::right, "25 %");
     }
 
 private:

@@ -258,19 +258,19 @@ TEST(Painting, ConvertsTheColorsOfContexts) {
 
 TEST(Painting, DrawsImagesUprightWithTheirShadowAndSmoothWhenScaled) {
     const auto bitmap = squareBitmap(16);
-    const auto chequered = squareBitmap(16);
+    const auto striped = squareBitmap(16);
     for (int i = 0; i < 256; ++i)
-        chequered->setColor(NSColor::colorWithDeviceWhite((i + i / 16) % 2, 1), i % 16, i / 16);
+        striped->setColor(NSColor::colorWithDeviceWhite(i % 8 == 0, 1), i % 16, i / 16);
     for (const bool isFlipped : {false, true}) {
         const QImage image = render(isFlipped, [&](NSGraphicsContext& context) {
-            context.drawImage(*chequered->CGImage(), NSMakeRect(36, 2, 2, 2));
+            context.drawImage(*striped->CGImage(), NSMakeRect(36, 2, 2, 2));
             context.setShadow({NSColor::blackColor(), {5, 0}, 0});
             context.drawImage(*bitmap->CGImage(), NSMakeRect(8, 2, 16, 16));
         });
         EXPECT_EQ(image.pixelColor(8, 2), QColor(0, 0, 255));
         EXPECT_EQ(image.pixelColor(9, 16), QColor(8, 14 * 8, 255));
         EXPECT_EQ(image.pixelColor(26, 9), QColor(0, 0, 0)); // the shadow
-        EXPECT_NEAR(image.pixelColor(36, isFlipped ? 2 : 17).lightness(), 127, 8);
+        EXPECT_NEAR(image.pixelColor(36, isFlipped ? 2 : 17).lightness(), 32, 8);
     }
 }
 
