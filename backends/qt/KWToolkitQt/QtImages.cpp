@@ -112,7 +112,23 @@ QImage withLayout(const QImage& image) {
 
 // To a picture.
 
-/// Qt reads what holds no color, and whole pixels at once.
+/// Whether all components at a place have all bits set.
+template <typename Component>
+bool isFilled(const CGImage& image, int place) {
+    constexpr int components = 4;
+    constexpr auto maximum = static_cast<Component>(~Component {});
+    for (std::int64_t y = 0; y < image.height(); ++y) {
+        const auto* const row = reinterpret_cast<const Component*>(image.row(y)) + place;
+        Component all = maximum;
+        for (std::int64_t x = 0; x < image.width(); ++x)
+            all &= row[components * x];
+        if (all != maximum)
+            return false;
+    }
+    return true;
+}
+
+/// Qt reads whole pixels at once, and the component that nobody else looks at.
 bool isReadable(const CGImage& image) {
     const CGImageLayout& layout = image.layout();
     const auto pixelBytes = static_cast<unsigned>(layout.bitsPerPixel / 8);
@@ -122,15 +138,9 @@ bool isReadable(const CGImage& image) {
         return false;
     if (layout.alphaInfo != noneSkipFirst && layout.alphaInfo != noneSkipLast)
         return true;
-    const int unused = layout.componentPlaces()[3];
-    const std::uint32_t maximum = maximumComponent(layout.bitsPerComponent);
-    for (std::int64_t y = 0; y < layout.height; ++y) {
-        for (std::int64_t x = 0; x < layout.width; ++x) {
-            if (componentAt(layout, image.row(y), x, unused) != maximum)
-                return false;
-        }
-    }
-    return true;
+    const int place = layout.componentPlaces()[3];
+    return layout.bitsPerComponent == 8 ? isFilled<std::uint8_t>(image, place)
+                                        : isFilled<std::uint16_t>(image, place);
 }
 
 QImage sharing(const CGImageRef& image, QImage::Format format) {
