@@ -3,6 +3,7 @@
 // How pixels are allocated, and read and written whatever their layout.
 #pragma once
 
+#include <KWToolkit/platform/Export.h>
 #include <KWToolkit/platform/graphics/CGImage.h>
 
 #include <cstdint>
@@ -14,9 +15,9 @@ namespace kw {
 std::shared_ptr<std::uint8_t[]> makePixels(std::int64_t byteCount);
 
 /// A component of a pixel of a row, from 0 to `maximumComponent`.
-std::uint32_t componentAt(
+KW_EXPORT std::uint32_t componentAt(
     const CGImageLayout& layout, const std::uint8_t* row, std::int64_t x, int place);
-void setComponentAt(
+KW_EXPORT void setComponentAt(
     const CGImageLayout& layout, std::uint8_t* row, std::int64_t x, int place, std::uint32_t value);
 
 constexpr std::uint32_t maximumComponent(int bitsPerComponent) {

@@ -5,6 +5,7 @@
 #include <KWToolkit/platform/Platform.h>
 #include <KWToolkitQt/QtAlertService.h>
 #include <KWToolkitQt/QtApplicationService.h>
+#include <KWToolkitQt/QtImageDecoder.h>
 #include <KWToolkitQt/QtRunLoop.h>
 
 namespace kw::qt {
@@ -16,6 +17,7 @@ void useQtServices() {
         setServiceFactory<AlertService>([] { return std::make_unique<QtAlertService>(); });
         setServiceFactory<ApplicationService>(
             [] { return std::make_unique<QtApplicationService>(); });
+        setServiceFactory<ImageDecoder>([] { return std::make_unique<QtImageDecoder>(); });
         QtApplicationService::watchQuit();
         return true;
     }();

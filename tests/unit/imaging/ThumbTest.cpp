@@ -216,8 +216,8 @@ TEST(Reflection, FadesAMirrorImage) {
         {-1, false, std::vector<int>(8), std::vector<int>(8)},
         {static_cast<float>(nan), true, std::vector<int>(8), std::vector<int>(8)},
         {2, true, std::vector<int>(8), std::vector<int>(8)}, // begins beyond the image
-        {0.1875F, false, {24, 33, 0, 0, 0, 0, 0, 0},
-            {26, 39, 0, 0, 0, 0, 0, 0}}, // a row and a half
+        {0.1875F, false, {31, 41, 0, 0, 0, 0, 0, 0},
+            {34, 51, 0, 0, 0, 0, 0, 0}}, // a row and a half
     };
     for (const auto& row : rows) {
         std::vector<std::uint8_t> bytes;

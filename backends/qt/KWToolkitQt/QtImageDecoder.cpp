@@ -1,0 +1,204 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#include <KWToolkitQt/QtImageDecoder.h>
+
+#include <KWToolkitQt/QtImages.h>
+#include <KWToolkitQt/SafeSvg.h>
+
+#include <QBuffer>
+#include <QFile>
+#include <QGuiApplication>
+#include <QIODevice>
+#include <QImageReader>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <cstdio>
+#include <filesystem>
+#include <new>
+#include <optional>
+#include <system_error>
+
+namespace kw::qt {
+
+namespace {
+
+/// How a picture can be made smaller while it is decoded.
+enum class Reduction { none, byEighths, toAnySize };
+
+/// What Qt's reader of a format does with a picture that is cut off: it says so, or fills up the
+/// rest after a read at the end or one that gets less than it asks for.
+enum class CutOff { isTold, isReadAtEnd, isShortRead };
+
+struct Format {
+    const char* name;
+    Reduction reduction;
+    CutOff cutOff;
+};
+
+constexpr Format formats[] {
+    {"bmp", Reduction::none, CutOff::isShortRead},
+    {"gif", Reduction::none, CutOff::isReadAtEnd},
+    {"jpeg", Reduction::byEighths, CutOff::isReadAtEnd},
+    {"png", Reduction::none, CutOff::isTold},
+    {"svg", Reduction::toAnySize, CutOff::isTold},
+    {"tiff", Reduction::none, CutOff::isTold},
+    {"webp", Reduction::none, CutOff::isTold},
+};
+
+/// What QImageIOHandler::Transformation means, by its bits.
+constexpr std::array<ImageOrientation, 8> orientations {1, 2, 4, 3, 6, 5, 7, 8};
+
+/// Encoded bytes, and whether they were found to end too soon.
+class Source final : public QIODevice {
+public:
+    explicit Source(QIODevice& bytes)
+        : m_bytes(bytes) {
+        open(ReadOnly | Unbuffered);
+    }
+
+    bool isSequential() const override { return false; }
+    qint64 size() const override { return m_bytes.size(); }
+    bool seek(qint64 position) override {
+        return QIODevice::seek(position) && m_bytes.seek(position);
+    }
+    void forgetEnds() { m_wasReadAtEnd = m_wasReadShort = false; }
+    bool isCutOff(CutOff cutOff) const {
+        return (cutOff == CutOff::isReadAtEnd && m_wasReadAtEnd)
+            || (cutOff == CutOff::isShortRead && m_wasReadShort);
+    }
+
+protected:
+    qint64 readData(char* data, qint64 size) override {
+        const qint64 count = m_bytes.read(data, size);
+        m_wasReadAtEnd |= size > 0 && count <= 0;
+        m_wasReadShort |= count < size;
+        return count;
+    }
+    qint64 writeData(const char*, qint64) override { return -1; }
+
+private:
+    QIODevice& m_bytes;
+    bool m_wasReadAtEnd = false;
+    bool m_wasReadShort = false;
+};
+
+const Format* formatOf(const QImageReader& reader) {
+    const QByteArray name = reader.format();
+    const auto* const found =
+        std::ranges::find_if(formats, [&](const Format& format) { return name == format.name; });
+    return found == std::end(formats) ? nullptr : found;
+}
+
+bool isWithinLimit(QSize size) {
+    constexpr qint64 bytesPerPixel = 4;
+    const qint64 limit = qint64 {QImageReader::allocationLimit()} << 20;
+    return limit == 0 || bytesPerPixel * size.width() * size.height() <= limit;
+}
+
+/// The least size that the decoder gives at no loss of time, within the stored one.
+QSize reducedSize(Reduction reduction, QSize stored, PixelSize wanted) {
+    const auto covers = [&](QSize size) {
+        return size.width() >= wanted.width && size.height() >= wanted.height;
+    };
+    if (reduction == Reduction::byEighths) {
+        // Of a side that does not divide libjpeg rounds up and Qt takes the next eighth for that,
+        // to scale the result once more. Rounded down, it scales by one pixel at most.
+        for (int eighths = 1; eighths < 8; ++eighths) {
+            const QSize size(
+                stored.width() * qint64 {eighths} / 8, stored.height() * qint64 {eighths} / 8);
+            if (!size.isEmpty() && covers(size))
+                return size;
+        }
+    }
+    if (reduction == Reduction::toAnySize) {
+        const double factor = std::max(static_cast<double>(wanted.width) / stored.width(),
+            static_cast<double>(wanted.height) / stored.height());
+        const auto side = [&](int length) {
+            return std::clamp(
+                static_cast<int>(std::ceil(std::min(factor, 1.0) * length)), 1, length);
+        };
+        return {side(stored.width()), side(stored.height())};
+    }
+    return stored;
+}
+
+DecodedImage decode(QImageReader& reader, Source& source, const Format& format,
+    const ImageDecoder::WantedSize& wantedSize) {
+    const QSize stored = reader.size();
+    if (stored.isEmpty())
+        return {};
+    const ImageOrientation orientation =
+        orientations.at(static_cast<std::size_t>(reader.transformation().toInt()));
+    QSize size = stored;
+    if (wantedSize)
+        size = reducedSize(
+            format.reduction, stored, wantedSize({stored.width(), stored.height()}, orientation));
+    if (!isWithinLimit(size))
+        return {};
+    if (size != stored)
+        reader.setScaledSize(size);
+    source.forgetEnds(); // that were met on the way to the size
+    const QImage image = reader.read();
+    return source.isCutOff(format.cutOff) ? DecodedImage {}
+                                          : DecodedImage {imageFromQImage(image), orientation};
+}
+
+DecodedImage decode(QIODevice& bytes, const ImageDecoder::WantedSize& wantedSize = {}) {
+    Source source(bytes);
+    QImageReader reader(&source);
+    reader.setDecideFormatFromContent(true);
+    const Format* const format = formatOf(reader);
+    if (!format)
+        return {};
+    if (format->reduction != Reduction::toAnySize)
+        return decode(reader, source, *format, wantedSize);
+
+    // Texts in it need one.
+    if (!qobject_cast<QGuiApplication*>(QCoreApplication::instance()))
+        return {};
+    source.seek(0);
+    QByteArray svg = safeSvg(source);
+    QBuffer buffer(&svg);
+    buffer.open(QIODevice::ReadOnly);
+    Source svgSource(buffer);
+    QImageReader svgReader(&svgSource, format->name);
+    return decode(svgReader, svgSource, *format, wantedSize);
+}
+
+DecodedImage decodeFile(const std::string& path, const ImageDecoder::WantedSize& wantedSize = {}) {
+    // Neither waits for a pipe nor reads a device.
+    std::error_code error;
+    if (path.find('\0') != std::string::npos || !std::filesystem::is_regular_file(path, error))
+        return {};
+    // QFile takes no path that is not text.
+    std::FILE* const stream = std::fopen(path.c_str(), "rbe");
+    if (!stream)
+        return {};
+    QFile file;
+    if (!file.open(
+            stream, QIODevice::ReadOnly | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle)) {
+        std::fclose(stream);
+        return {};
+    }
+    return decode(file, wantedSize);
+}
+
+} // namespace
+
+DecodedImage QtImageDecoder::imageFromData(std::string_view data) {
+    QByteArray bytes = QByteArray::fromRawData(data.data(), static_cast<qsizetype>(data.size()));
+    QBuffer buffer(&bytes);
+    return buffer.open(QIODevice::ReadOnly) ? decode(buffer) : DecodedImage {};
+}
+
+DecodedImage QtImageDecoder::imageFromFile(const std::string& path) { return decodeFile(path); }
+
+DecodedImage QtImageDecoder::reducedImageFromFile(
+    const std::string& path, const WantedSize& wantedSize) {
+    return decodeFile(path, wantedSize);
+}
+
+} // namespace kw::qt
