@@ -52,7 +52,11 @@ CGImageRef kwCreateScaledCGImageFromCGImage(const CGImageRef& image, std::int64_
         rect.y = std::abs(height - rect.height) / 2;
     }
 
-    auto pixels = makePixels(4 * canvasWidth * canvasHeight);
+    // What the image covers need not be cleared.
+    const bool isCovered =
+        rect.width >= canvasWidth && rect.height >= canvasHeight && rect.x == 0 && rect.y == 0;
+    auto pixels = isCovered ? makeUnsetPixels(4 * canvasWidth * canvasHeight)
+                            : makePixels(4 * canvasWidth * canvasHeight);
     if (!pixels)
         return nullptr;
     // Deliberate: rows do not grow with the components, so an image of other than 8 bits a

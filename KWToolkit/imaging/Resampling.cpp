@@ -93,7 +93,11 @@ private:
     AlignedVector<Component> m_components;
 };
 
-// One image's drawing. `store` is called with each row of the result and its number, in order.
+// One image's drawing. `store` is called with each part of a row of the result: its pixels, the
+// row's number, and where in the row the part begins and how long it is.
+
+/// A part of so many pixels of the rows that are added fits the nearest cache.
+constexpr std::int64_t stripWidth = 256;
 
 /// For a height that shrinks by much. Rows of the source are added, a few at a time, to all rows of
 /// the result that they belong to; what is done of these is then scaled in width.
@@ -152,7 +156,7 @@ void drawDownFirst(SourceRows& source, const ResamplingWeights& across,
                 break;
             loops.addAcross(sum.result, across, arranged.data(), scaled.at(0));
             loops.finish(scaled.at(0), pixels, source.finish(), finished.at(0));
-            store(finished.at(0), static_cast<std::int64_t>(first++));
+            store(finished.at(0), static_cast<std::int64_t>(first++), 0, pixels);
         }
     }
 }
@@ -165,30 +169,54 @@ void drawAcrossFirst(SourceRows& source, const ResamplingWeights& across,
     const auto arranged = loops.arranged(across);
     const auto pixels = static_cast<std::int64_t>(across.taps().size());
     const std::int64_t sourcePixels = across.endSource() - across.firstSource();
+    const auto& taps = down.taps();
+    // Rows go in pairs, an even one and the next. As many as those of one row of the result.
+    const auto mostPairs = static_cast<std::size_t>(down.maximumCount() / 2 + 1);
     Rows<std::int16_t> wide(1, sourcePixels);
-    Rows<std::int16_t> scaled(static_cast<std::size_t>(down.maximumCount()), pixels);
-    Rows<std::int16_t> sum(1, pixels);
+    Rows<std::int16_t> scaled(2, pixels);
+    Rows<std::int16_t> pairs(mostPairs, 2 * pixels);
     Rows<std::uint8_t> finished(1, pixels);
+    const auto firstPair = [&](std::size_t i) { return taps[i].first / 2; };
+    const auto endPair = [&](std::size_t i) { return (taps[i].first + taps[i].count + 1) / 2; };
 
-    std::int64_t end = down.firstSource(); // of the rows that are scaled
-    std::vector<const std::int16_t*> rows;
+    std::int64_t end = firstPair(0); // of the pairs that are there
+    std::vector<const std::int16_t*> added(mostPairs);
     std::vector<std::int16_t> weights;
-    for (std::size_t i = 0; i < down.taps().size(); ++i) {
-        const ResamplingWeights::Taps& taps = down.taps()[i];
-        for (; end < taps.first + taps.count; ++end) {
-            loops.widen(source.at(end), sourcePixels, wide.at(0));
-            loops.addAcross(
-                wide.at(0), across, arranged.data(), scaled.at(static_cast<std::size_t>(end)));
+    for (std::size_t first = 0, last = 0; first < taps.size(); first = last) {
+        for (; end < endPair(first); ++end) {
+            for (const std::int64_t y : {2 * end, 2 * end + 1}) {
+                // There is none for a weight of 0 at the edge.
+                const std::int64_t row = std::clamp(y, down.firstSource(), down.endSource() - 1);
+                loops.widen(source.at(row), sourcePixels, wide.at(0));
+                loops.addAcross(
+                    wide.at(0), across, arranged.data(), scaled.at(static_cast<std::size_t>(y)));
+            }
+            loops.interleave(
+                scaled.at(0), scaled.at(1), pixels, pairs.at(static_cast<std::size_t>(end)));
         }
-        rows.clear();
-        for (std::int64_t y = taps.first; y < taps.first + taps.count; ++y)
-            rows.push_back(scaled.at(static_cast<std::size_t>(y)));
-        if (rows.size() % 2 != 0)
-            rows.push_back(rows.back()); // whose weight is 0
-        loops.addDown(rows.data(), down.values().data() + taps.offset,
-            static_cast<std::int64_t>(rows.size()), pixels, sum.at(0));
-        loops.finish(sum.at(0), pixels, source.finish(), finished.at(0));
-        store(finished.at(0), static_cast<std::int64_t>(i));
+        // An enlarged image has many rows that are made of the same ones.
+        weights.clear();
+        for (last = first; last < taps.size() && firstPair(last) == firstPair(first)
+            && endPair(last) == endPair(first);
+            ++last) {
+            const auto begin =
+                down.values().begin() + static_cast<std::ptrdiff_t>(taps[last].offset);
+            weights.resize(
+                (last - first) * 2 * mostPairs + static_cast<std::size_t>(taps[last].first % 2));
+            weights.insert(weights.end(), begin, begin + taps[last].count);
+        }
+        weights.resize((last - first) * 2 * mostPairs);
+        for (std::int64_t x = 0; x < pixels; x += stripWidth) {
+            for (std::int64_t pair = firstPair(first); pair < endPair(first); ++pair)
+                added[static_cast<std::size_t>(pair - firstPair(first))] =
+                    pairs.at(static_cast<std::size_t>(pair)) + 8 * x;
+            const std::int64_t count = std::min(stripWidth, pixels - x);
+            for (std::size_t i = first; i < last; ++i) {
+                loops.addDown(added.data(), weights.data() + (i - first) * 2 * mostPairs,
+                    endPair(first) - firstPair(first), count, source.finish(), finished.at(0));
+                store(finished.at(0), static_cast<std::int64_t>(i), x, count);
+            }
+        }
     }
 }
 
@@ -225,14 +253,15 @@ bool drawScaled(const CGImage& image, const PixelRect& rect, std::int32_t interp
         acrossWeights.endSource() - acrossWeights.firstSource());
     std::uint8_t* const begin =
         canvas + (top + down.first) * canvasLayout.bytesPerRow + 4 * (rect.x + across.first);
-    const auto store = [&](const std::uint8_t* row, std::int64_t y) {
-        std::uint8_t* const to = begin + y * canvasLayout.bytesPerRow;
+    const auto store = [&](const std::uint8_t* part, std::int64_t y, std::int64_t x,
+                           std::int64_t count) {
+        std::uint8_t* const to = begin + y * canvasLayout.bytesPerRow + 4 * x;
         if (opacity == 65536) {
-            std::memcpy(to, row, static_cast<std::size_t>(4 * across.count));
+            std::memcpy(to, part, static_cast<std::size_t>(4 * count));
             return;
         }
-        for (std::int64_t i = 0; i < 4 * across.count; ++i)
-            to[i] = static_cast<std::uint8_t>(row[i] * opacity >> 16);
+        for (std::int64_t i = 0; i < 4 * count; ++i)
+            to[i] = static_cast<std::uint8_t>(part[i] * opacity >> 16);
     };
     if (isDownFirst)
         drawDownFirst(source, acrossWeights, downWeights, store);

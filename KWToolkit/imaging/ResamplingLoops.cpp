@@ -69,13 +69,11 @@ void addAcross(const std::int16_t* pixels, const ResamplingWeights& weights,
     }
 }
 
-void addDown(const std::int16_t* const* rows, const std::int16_t* weights, std::int64_t count,
-    std::int64_t pixels, std::int16_t* result) {
+void interleave(
+    const std::int16_t* one, const std::int16_t* other, std::int64_t pixels, std::int16_t* result) {
     for (std::int64_t i = 0; i < 4 * pixels; ++i) {
-        std::int32_t sum = halfOf(ResamplingWeights::wideBits);
-        for (std::int64_t y = 0; y < count; ++y)
-            sum += weights[y] * rows[y][i];
-        result[i] = cut(sum, ResamplingWeights::wideBits);
+        *result++ = one[i];
+        *result++ = other[i];
     }
 }
 
@@ -95,10 +93,26 @@ void finish(
     }
 }
 
+void addDown(const std::int16_t* const* pairs, const std::int16_t* weights, std::int64_t count,
+    std::int64_t pixels, RowFinish rowFinish, std::uint8_t* result) {
+    for (std::int64_t x = 0; x < pixels; ++x) {
+        std::int16_t pixel[4];
+        for (std::int64_t i = 0; i < 4; ++i) {
+            std::int32_t sum = halfOf(ResamplingWeights::wideBits);
+            for (std::int64_t pair = 0; pair < count; ++pair) {
+                const std::int16_t* const two = pairs[pair] + 2 * (4 * x + i);
+                sum += weights[2 * pair] * two[0] + weights[2 * pair + 1] * two[1];
+            }
+            pixel[i] = cut(sum, ResamplingWeights::wideBits);
+        }
+        finish(pixel, 1, rowFinish, result + 4 * x);
+    }
+}
+
 } // namespace
 
 const ResamplingLoops portableLoops {
-    &premultiply, &addBytes, &widen, &arranged, &addAcross, &addDown, &finish};
+    &premultiply, &addBytes, &widen, &arranged, &addAcross, &interleave, &finish, &addDown};
 
 #ifndef __x86_64__
 std::vector<const ResamplingLoops*> availableLoops() { return {&portableLoops}; }

@@ -21,7 +21,7 @@ inline constexpr int fractionBits = 6;
 inline constexpr std::int64_t rowSlack = 64;
 
 /// So many rows of bytes are added at a time.
-inline constexpr std::size_t rowsAtOnce = 8;
+inline constexpr std::size_t rowsAtOnce = 16;
 
 /// A row that rows of bytes are added up to.
 struct RowSum {
@@ -73,13 +73,15 @@ struct ResamplingLoops {
     void (*addAcross)(const std::int16_t* pixels, const ResamplingWeights& weights,
         const std::int16_t* arranged, std::int16_t* result);
 
-    /// Adds up rows, an even number of them, with wide weights.
-    void (*addDown)(const std::int16_t* const* rows, const std::int16_t* weights,
-        std::int64_t count, std::int64_t pixels, std::int16_t* result);
-
+    /// Puts two rows' components side by side.
+    void (*interleave)(const std::int16_t* one, const std::int16_t* other, std::int64_t pixels,
+        std::int16_t* result);
     /// Rounds to bytes, none above its alpha.
     void (*finish)(
         const std::int16_t* pixels, std::int64_t count, RowFinish finish, std::uint8_t* result);
+    /// Adds up pairs of rows, with wide weights, and finishes the sums.
+    void (*addDown)(const std::int16_t* const* pairs, const std::int16_t* weights,
+        std::int64_t count, std::int64_t pixels, RowFinish finish, std::uint8_t* result);
 };
 
 /// In plain C++.

@@ -34,7 +34,7 @@ public:
     /// Whole weights. Each pixel's are followed by zeros up to a multiple of `padding`. Pixels at
     /// the same place between source pixels share theirs.
     const std::vector<std::int16_t>& values() const { return m_values; }
-    static constexpr std::size_t padding = 4;
+    static constexpr std::size_t padding = 8;
     /// A pixel's weights add up to 2 to this.
     int bits() const { return m_bits; }
 

@@ -72,13 +72,20 @@ void readAnything(const CGImageLayout& layout, const Places& places, const std::
     }
 }
 
+std::shared_ptr<std::uint8_t[]> owned(void* memory) {
+    auto* const pixels = static_cast<std::uint8_t*>(memory);
+    return pixels ? std::shared_ptr<std::uint8_t[]>(pixels, &std::free) : nullptr;
+}
+
 } // namespace
 
 std::shared_ptr<std::uint8_t[]> makePixels(std::int64_t byteCount) {
     // The system's own zero pages: nothing is touched that is not drawn on.
-    auto* const pixels =
-        static_cast<std::uint8_t*>(std::calloc(static_cast<std::size_t>(byteCount), 1));
-    return pixels ? std::shared_ptr<std::uint8_t[]>(pixels, &std::free) : nullptr;
+    return owned(std::calloc(static_cast<std::size_t>(byteCount), 1));
+}
+
+std::shared_ptr<std::uint8_t[]> makeUnsetPixels(std::int64_t byteCount) {
+    return owned(std::malloc(static_cast<std::size_t>(byteCount)));
 }
 
 std::uint32_t componentAt(

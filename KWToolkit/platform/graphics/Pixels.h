@@ -13,6 +13,8 @@ namespace kw {
 
 /// That many bytes, all zero; null where there is no memory for them.
 std::shared_ptr<std::uint8_t[]> makePixels(std::int64_t byteCount);
+/// The same, whatever was there before.
+std::shared_ptr<std::uint8_t[]> makeUnsetPixels(std::int64_t byteCount);
 
 /// A component of a pixel of a row, from 0 to `maximumComponent`.
 KW_EXPORT std::uint32_t componentAt(

@@ -272,52 +272,59 @@ TEST(ScaledImage, ReadsEveryLayout) {
 
 // Each machine's loops give what plain ones do, whatever the bytes.
 TEST(ResamplingLoops, GiveTheSameOnEveryMachine) {
-    std::mt19937 random(5);
-    const auto randomBytes = [&](std::size_t count) {
-        std::vector<std::uint8_t> bytes(count);
-        for (auto& byte : bytes)
-            byte = random() % 3 == 0 ? 255 : static_cast<std::uint8_t>(random());
-        return bytes;
-    };
     constexpr std::int64_t pixels = 203;
     constexpr std::size_t room = 4 * (pixels + rowSlack);
-    std::vector<std::vector<std::uint8_t>> source;
+    std::mt19937 random(5);
+    std::vector<std::vector<std::uint8_t>> source(rowsAtOnce, std::vector<std::uint8_t>(room));
     const std::uint8_t* rows[rowsAtOnce];
-    for (const std::uint8_t*& row : rows)
-        row = source.emplace_back(randomBytes(room)).data();
+    for (std::size_t y = 0; y < rowsAtOnce; ++y) {
+        for (auto& byte : source[y])
+            byte = random() % 3 == 0 ? 255 : static_cast<std::uint8_t>(random());
+        rows[y] = source[y].data();
+    }
     using Width = ResamplingWeights::Width;
-    const ResamplingWeights weights(pixels, 57, 0, 57, NSImageInterpolationHigh, Width::wide);
-    const ResamplingWeights narrow(pixels, 11, 0, 11, NSImageInterpolationHigh, Width::narrow);
+    const ResamplingWeights narrow(300, 11, 0, 11, NSImageInterpolationHigh, Width::narrow);
+    const std::int16_t downWeights[] {20000, -3616, 900, -900};
 
-    std::vector<std::vector<std::uint8_t>> results;
+    std::vector<std::vector<int>> results;
     for (const ResamplingLoops* loops : availableLoops()) {
-        std::vector<std::int16_t> wide(room), sums(room), across(room), down(room);
+        std::vector<int>& result = results.emplace_back();
+        const auto keep = [&](const auto& values, std::int64_t count) {
+            result.insert(result.end(), values.begin(), values.begin() + 4 * count);
+        };
+        std::vector<std::int16_t> sums(room), wide(room), across(room);
         std::vector<std::int32_t> kept(room);
         RowSum sum {.isFirst = true, .isLast = false, .sums = kept.data(), .result = sums.data()};
-        std::copy_n(narrow.values().begin() + static_cast<std::ptrdiff_t>(narrow.taps()[5].offset),
+        std::copy_n(narrow.values().begin() + static_cast<std::ptrdiff_t>(narrow.taps()[5].offset)
+                + narrow.taps()[5].count / 3,
             rowsAtOnce, sum.weights);
         loops->addBytes(rows, pixels, &sum, 1, narrow.bits());
         sum.isFirst = false;
         sum.isLast = true;
         loops->addBytes(rows, pixels, &sum, 1, narrow.bits());
+        keep(sums, pixels);
         loops->widen(rows[1], pixels, wide.data());
-        loops->addAcross(wide.data(), weights, loops->arranged(weights).data(), across.data());
-        const std::int16_t* two[] {sums.data(), wide.data()};
-        const std::int16_t twoWeights[] {20000, -3616};
-        loops->addDown(two, twoWeights, 2, pixels, down.data());
-        std::vector<std::uint8_t> result(3 * room);
+        for (const std::int64_t to : {57, 21, 203, 4}) {
+            const ResamplingWeights weights(
+                pixels, to, 0, to, NSImageInterpolationHigh, Width::wide);
+            loops->addAcross(wide.data(), weights, loops->arranged(weights).data(), across.data());
+            keep(across, to);
+        }
+        std::vector<std::uint8_t> bytes(room);
         loops->finish(
-            down.data(), pixels, {.swapsRedAndBlue = true, .isOpaque = false}, result.data());
-        loops->finish(
-            across.data(), 57, {.swapsRedAndBlue = false, .isOpaque = true}, result.data() + room);
-        loops->premultiply(rows[2], pixels, result.data() + 2 * room);
-        result.resize(2 * room + 4 * pixels);
-        result.erase(
-            result.begin() + static_cast<std::ptrdiff_t>(room + 4 * 57), result.begin() + 2 * room);
-        result.erase(
-            result.begin() + 4 * pixels, result.begin() + static_cast<std::ptrdiff_t>(room));
-        results.push_back(result);
-        EXPECT_EQ(results.back(), results.front());
+            sums.data(), pixels, {.swapsRedAndBlue = true, .isOpaque = false}, bytes.data());
+        keep(bytes, pixels);
+        std::vector<std::int16_t> pair(2 * room);
+        loops->interleave(sums.data(), wide.data(), pixels, pair.data());
+        const std::int16_t* const pairs[] {pair.data(), pair.data()};
+        for (const bool isOpaque : {false, true}) {
+            loops->addDown(pairs, downWeights, 2, pixels,
+                {.swapsRedAndBlue = !isOpaque, .isOpaque = isOpaque}, bytes.data());
+            keep(bytes, pixels);
+        }
+        loops->premultiply(rows[2], pixels, bytes.data());
+        keep(bytes, pixels);
+        EXPECT_EQ(result, results.front());
     }
 }
 
