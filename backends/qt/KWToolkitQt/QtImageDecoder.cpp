@@ -15,10 +15,10 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
-#include <new>
-#include <optional>
+#include <memory>
 #include <system_error>
 
 namespace kw::qt {
@@ -98,6 +98,10 @@ bool isWithinLimit(QSize size) {
     return limit == 0 || bytesPerPixel * size.width() * size.height() <= limit;
 }
 
+int eighthsOf(int length, int eighths) {
+    return static_cast<int>(std::int64_t {length} * eighths / 8);
+}
+
 /// The least size that the decoder gives at no loss of time, within the stored one.
 QSize reducedSize(Reduction reduction, QSize stored, PixelSize wanted) {
     const auto covers = [&](QSize size) {
@@ -108,7 +112,7 @@ QSize reducedSize(Reduction reduction, QSize stored, PixelSize wanted) {
         // to scale the result once more. Rounded down, it scales by one pixel at most.
         for (int eighths = 1; eighths < 8; ++eighths) {
             const QSize size(
-                stored.width() * qint64 {eighths} / 8, stored.height() * qint64 {eighths} / 8);
+                eighthsOf(stored.width(), eighths), eighthsOf(stored.height(), eighths));
             if (!size.isEmpty() && covers(size))
                 return size;
         }
@@ -174,15 +178,11 @@ DecodedImage decodeFile(const std::string& path, const ImageDecoder::WantedSize&
     if (path.find('\0') != std::string::npos || !std::filesystem::is_regular_file(path, error))
         return {};
     // QFile takes no path that is not text.
-    std::FILE* const stream = std::fopen(path.c_str(), "rbe");
-    if (!stream)
-        return {};
+    const std::unique_ptr<std::FILE, decltype(&std::fclose)> stream(
+        std::fopen(path.c_str(), "rbe"), &std::fclose);
     QFile file;
-    if (!file.open(
-            stream, QIODevice::ReadOnly | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle)) {
-        std::fclose(stream);
+    if (!stream || !file.open(stream.get(), QIODevice::ReadOnly | QIODevice::Unbuffered))
         return {};
-    }
     return decode(file, wantedSize);
 }
 
