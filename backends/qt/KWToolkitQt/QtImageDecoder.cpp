@@ -52,7 +52,7 @@ constexpr Format formats[] {
 };
 
 /// What QImageIOHandler::Transformation means, by its bits.
-constexpr std::array<ImageOrientation, 8> orientations {1, 2, 4, 3, 6, 5, 7, 8};
+constexpr std::array<ImageOrientation, 8> orientations {1, 2, 4, 3, 6, 7, 5, 8};
 
 constexpr char startOfMarker = '\xFF'; // in JPEG
 
@@ -122,12 +122,12 @@ bool isWithinLimit(QSize size) {
     return limit == 0 || bytesPerPixel * size.width() * size.height() <= limit;
 }
 
-/// Each byte may stand for a line or an edge across the whole picture, which takes Qt some
-/// nanoseconds a pixel.
+/// Each byte may stand for an edge across the whole picture, which takes Qt up to a nanosecond a
+/// pixel: at the maximum about two minutes.
 bool canBeDrawn(const SafeSvg& svg, QSize size) {
     constexpr double maximumWork = 128e9;
     return isWithinLimit(size)
-        && static_cast<double>(svg.effort) * size.width() * size.height() <= maximumWork;
+        && static_cast<double>(svg.work) * size.width() * size.height() <= maximumWork;
 }
 
 /// Whether all pixels of a JPEG picture are in memory, as large as they are stored, before the

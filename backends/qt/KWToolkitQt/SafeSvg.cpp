@@ -21,7 +21,7 @@ namespace kw::qt {
 namespace {
 
 constexpr qint64 maximumBytes = qint64 {16} << 20;
-constexpr qint64 maximumEffort = qint64 {1} << 40;
+constexpr qint64 maximumWork = qint64 {1} << 40;
 constexpr std::size_t maximumElements = 200'000;
 constexpr int maximumDepth = 100; // of elements within elements and what they refer to
 // What takes Qt a time that grows with the square.
@@ -30,15 +30,23 @@ constexpr qint64 maximumMatches = 200'000'000; // of rules of style with element
 
 /// What it takes to draw an element.
 struct Effort {
-    qint64 bytes = 0;
+    qint64 work = 0;
     int depth = 1;
 
     void add(const Effort& part) {
-        bytes = std::min(bytes + part.bytes, maximumEffort);
+        work = std::min(work + part.work, maximumWork);
         depth = std::max(depth, part.depth + 1);
     }
-    bool isTooMuch() const { return bytes >= maximumEffort || depth > maximumDepth; }
+    bool isTooMuch() const { return work >= maximumWork || depth > maximumDepth; }
 };
+
+/// Of one element. Edges cross those of their own element only: many short elements are drawn
+/// faster than a long one.
+qint64 workFor(qint64 bytes) {
+    constexpr qint64 least = 16;
+    constexpr qint64 longElement = 8192;
+    return least + bytes * std::min(bytes, longElement) / longElement;
+}
 
 /// Elements and what they refer to: a few that use others can stand for billions.
 class ElementTree {
@@ -63,8 +71,9 @@ public:
         }
     }
     void add(QStringView text) {
-        m_rules += text.count(u'{');
-        if (!m_open.empty())
+        const qint64 rules = text.count(u'{');
+        m_rules += rules;
+        if (rules == 0 && !m_open.empty())
             m_elements[m_open.back()].bytes += text.size();
     }
     void end() { m_open.pop_back(); }
@@ -79,7 +88,7 @@ public:
 
 private:
     struct Element {
-        qint64 bytes = 16;
+        qint64 bytes = 0;
         std::vector<std::size_t> children;
         QStringList references;
         std::optional<Effort> effort;
@@ -88,10 +97,10 @@ private:
     Effort effortOf(std::size_t index, int depth) {
         // That also ends what uses itself.
         if (depth > maximumDepth)
-            return {maximumEffort, depth};
+            return {maximumWork, depth};
         Element& element = m_elements[index];
         if (!element.effort) {
-            Effort effort {.bytes = element.bytes};
+            Effort effort {.work = workFor(element.bytes)};
             const auto add = [&](std::size_t part) {
                 if (!effort.isTooMuch())
                     effort.add(effortOf(part, depth + 1));
@@ -135,7 +144,7 @@ public:
         if (m_in.hasError() || m_tree.isTooMuch())
             return {};
         const Effort effort = m_tree.effort();
-        return effort.isTooMuch() ? SafeSvg {} : SafeSvg {m_copy, effort.bytes};
+        return effort.isTooMuch() ? SafeSvg {} : SafeSvg {m_copy, effort.work};
     }
 
 private:

@@ -10,8 +10,9 @@ namespace kw::qt {
 
 struct SafeSvg {
     QByteArray text; ///< empty where it is not well formed, or too much to be read
-    /// What there is to draw, each use of an element counted, in bytes of its description.
-    qint64 effort = 0;
+    /// How much there is to draw, each use of an element counted: about the bytes of its long
+    /// paths and texts.
+    qint64 work = 0;
 };
 
 /// A vector picture from anywhere, without what makes Qt read other files: processing instructions
