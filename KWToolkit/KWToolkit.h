@@ -17,6 +17,17 @@
 #include <KWToolkit/controls/NSBezierPath+RoundPath.h>
 #include <KWToolkit/hotkeys/KWGlobalHotkeyManager.h>
 #include <KWToolkit/hotkeys/KWHotkeyView.h>
+#include <KWToolkit/imaging/KWFileThumbnail.h>
+#include <KWToolkit/imaging/KWImageLoading.h>
+#include <KWToolkit/imaging/KWScaledImage.h>
+#include <KWToolkit/imaging/NSBitmapImageRep+AdjustGamma.h>
+#include <KWToolkit/imaging/NSBitmapImageRep+Thumb.h>
+#include <KWToolkit/imaging/NSColor+CGColor.h>
+#include <KWToolkit/imaging/NSColor+RGB255.h>
+#include <KWToolkit/imaging/NSImage+AdjustGamma.h>
+#include <KWToolkit/imaging/NSImage+BestRepresentationForSize.h>
+#include <KWToolkit/imaging/NSImage+Reflection.h>
+#include <KWToolkit/imaging/NSImage+Thumb.h>
 #include <KWToolkit/logging/GDASLLog.h>
 #include <KWToolkit/logging/KWFileLogger.h>
 #include <KWToolkit/platform/Platform.h>

@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,16 +22,40 @@ public:
                 continue;
             const std::string name = run.run_name.str();
             if (run.run_type == Run::RT_Iteration || run.aggregate_name == "median")
-                m_times[name] = name.find("real_time") == name.npos ? run.GetAdjustedCPUTime()
-                                                                    : run.GetAdjustedRealTime();
+                m_times[name] =
+                    name.find("real_time") == name.npos && name.find("manual_time") == name.npos
+                    ? run.GetAdjustedCPUTime()
+                    : run.GetAdjustedRealTime();
         }
     }
 
     /// Prints how many times as long the one takes as the other, where both were run.
     void printRatio(const std::string& one, const std::string& other) const {
-        if (m_times.contains(one) && m_times.contains(other))
-            std::printf("%-42s / %-36s %6.2f\n", one.c_str(), other.c_str(),
-                m_times.at(one) / m_times.at(other));
+        const auto oneTime = time(one);
+        const auto otherTime = time(other);
+        if (oneTime && otherTime)
+            std::printf("%-42s / %-36s %6.2f\n", one.c_str(), other.c_str(), *oneTime / *otherTime);
+    }
+
+    /// The time of a benchmark that was run, in its own unit, whichever clock it is measured with.
+    std::optional<double> time(const std::string& name) const {
+        for (const char* const clock : {"", "/process_time", "/manual_time"}) {
+            if (const auto place = m_times.find(name + clock); place != m_times.end())
+                return place->second;
+        }
+        return std::nullopt;
+    }
+
+    /// Prints the times of those of the benchmarks that were run, and how many times as long as the
+    /// first each takes.
+    void printTable(const char* title, const std::vector<std::string>& names) const {
+        const auto first = time(names.front());
+        if (first)
+            std::printf("\n%s\n", title);
+        for (const std::string& name : names) {
+            if (const auto own = time(name); own && first)
+                std::printf("%-42s %9.3f %9.2f\n", name.c_str(), *own, *own / *first);
+        }
     }
 
 private:

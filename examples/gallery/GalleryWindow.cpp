@@ -3,6 +3,7 @@
 #include "GalleryWindow.h"
 
 #include "HotkeysPage.h"
+#include "ImagesPage.h"
 #include "LoggingPage.h"
 #include "LoginItemsPage.h"
 #include "MovePage.h"
@@ -24,6 +25,7 @@ const Page pages[] {
     {"Move to Applications", &MovePage::make, &MovePage::visit},
     {"Login items", &LoginItemsPage::make, &LoginItemsPage::visit},
     {"Running applications", &RunningApplicationsPage::make, &RunningApplicationsPage::visit},
+    {"Images", &ImagesPage::make, &ImagesPage::visit},
 };
 
 } // namespace

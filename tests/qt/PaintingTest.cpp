@@ -1,13 +1,20 @@
 // SPDX-FileCopyrightText: 2026 The KWToolkit authors
 // SPDX-License-Identifier: MIT
 #include <KWToolkit/hotkeys/KWHotkeyView.h>
+#include <KWToolkit/platform/graphics/NSBitmapImageRep.h>
+#include <KWToolkit/platform/graphics/NSImage.h>
 #include <KWToolkitQt/ViewWidget.h>
 
 #include <gtest/gtest.h>
 
 #include <QImage>
 
+#include <algorithm>
+#include <cmath>
 #include <functional>
+#include <limits>
+#include <memory>
+#include <utility>
 
 namespace {
 
@@ -145,6 +152,125 @@ TEST(Painting, BlursShadowsEvenlyAndMovesThemUp) {
         EXPECT_GT(alpha(20, 2), alpha(20, 0));
         EXPECT_NEAR(alpha(20, 0), 128, 24); // the edge of what was blurred
         EXPECT_EQ(alpha(12, 6), alpha(27, 6));
+    }
+}
+
+/// Each pixel tells where it is: red grows to the right, green downward.
+std::shared_ptr<NSBitmapImageRep> squareBitmap(int side) {
+    auto bitmap = NSBitmapImageRep::initWithLayout(CGImageLayout::premultipliedRGBA(side, side));
+    for (int y = 0; y < side; ++y) {
+        for (int x = 0; x < side; ++x)
+            bitmap->setColor(NSColor::colorWithDeviceRed(x * 8 / 255.0, y * 8 / 255.0, 1, 1), x, y);
+    }
+    return bitmap;
+}
+
+TEST(Painting, RepeatsAPatternImageByItsPixelsFromTheLowerLeftCorner) {
+    for (const int side : {16, 32}) {
+        const auto image = std::make_shared<NSImage>(NSSize {16, 16});
+        image->addRepresentation(squareBitmap(side));
+        const Draw draw = [&](NSGraphicsContext& context) {
+            context.setFillColor(NSColor::colorWithPatternImage(image));
+            context.fill(rectangle(0, 0, 70, 50));
+        };
+        for (const bool isFlipped : {false, true}) {
+            for (const int ratio : {1, 2}) {
+                const QImage picture = render(
+                    std::make_shared<Canvas>(NSMakeRect(0, 0, 70, 50), isFlipped, draw), ratio);
+                double worst = 0; // of all components
+                for (int y = 0; y < picture.height(); ++y) {
+                    for (int x = 0; x < picture.width(); ++x) {
+                        const QColor seen = picture.pixelColor(x, y);
+                        const int fromBottom = (picture.height() - 1 - y) / ratio % side;
+                        worst = std::max({worst, std::fabs(seen.red() - x / ratio % side * 8),
+                            std::fabs(seen.green() - (side - 1 - fromBottom) * 8),
+                            std::fabs(seen.blue() - 255), std::fabs(seen.alpha() - 255)});
+                    }
+                }
+                EXPECT_LE(worst, ratio == 1 ? 0 : 4) << side << ' ' << isFlipped << ' ' << ratio;
+            }
+        }
+    }
+}
+
+TEST(Painting, PlacesPatternCellsByBoundsStepsAndMatrix) {
+    constexpr double none = std::numeric_limits<double>::quiet_NaN();
+    constexpr auto exact = CGPatternTiling::constantSpacing;
+    const CGPatternCallbacks callbacks {0,
+        [](void*, NSGraphicsContext& context) { context.fill(rectangle(-99, -99, 999, 999)); },
+        nullptr};
+    const struct {
+        NSRect bounds;
+        double xStep, yStep;
+        CGAffineTransform matrix;
+        CGPatternTiling tiling;
+        double alpha;
+        int expectedPixels;
+    } rows[] {
+        {NSMakeRect(0, 0, 4, 4), 8, 8, {}, exact, 1, 20 * 12},
+        {NSMakeRect(2, 1, 4, 4), 8, -8, {}, exact, 0.5, 20 * 11},
+        {NSMakeRect(0, 0, 4.5, 4), 8, 8, {2, 0, 0, 2, 0, 4}, exact, 1, 26 * 8},
+        {NSMakeRect(0, 0, 12, 12), 8, 8, {}, exact, 1, 40 * 20},
+        {NSMakeRect(0, 0, 2, 2), 4.4, 4.4, {}, CGPatternTiling::noDistortion, 1, 20 * 10},
+        {NSMakeRect(0, 0, 4, 4), 8, 8, {}, exact, none, 0},
+        {NSMakeRect(0, 0, 4, 4), 0, 8, {}, exact, 1, 0},
+        {NSMakeRect(0, 0, 4, 4), 8, none, {}, exact, 1, 0},
+        {NSMakeRect(0, 0, 4, 4), 1e300, 8, {}, exact, 1, 0},
+        {NSMakeRect(0, 0, 0, 4), 8, 8, {}, exact, 1, 0},
+        {NSMakeRect(0, none, 4, 4), 8, 8, {}, exact, 1, 0},
+        {NSMakeRect(0, 0, 1e300, 4), 8, 8, {}, exact, 1, 0},
+        {NSMakeRect(0, 0, 4, 4), 8, 8, {0, 0, 0, 0, 0, 0}, exact, 1, 0},
+        {NSMakeRect(0, 0, 4, 4), 8, 8, {1, 0, 0, 1, none, 0}, exact, 1, 0},
+    };
+    for (const auto& row : rows) {
+        const CGColor color(std::make_shared<CGPattern>(nullptr, row.bounds, row.matrix, row.xStep,
+                                row.yStep, row.tiling, true, callbacks),
+            row.alpha);
+        const QImage image = render(true, [&](NSGraphicsContext& context) {
+            context.setFillColor(color);
+            context.fill(rectangle(0, 0, 40, 20));
+        });
+        int pixels = 0;
+        for (int x = 0; x < 40; ++x) {
+            for (int y = 0; y < 20; ++y)
+                pixels += std::lround(row.alpha * 255) == image.pixelColor(x, y).alpha();
+        }
+        EXPECT_EQ(inked(image, 1).isEmpty() ? 0 : pixels, row.expectedPixels)
+            << &row - std::begin(rows);
+    }
+}
+
+TEST(Painting, ConvertsTheColorsOfContexts) {
+    const std::pair<CGColor, QColor> rows[] {
+        {{CGColorSpace::deviceGray, {0.2, 1}}, QColor(51, 51, 51)},
+        {{CGColorSpace::calibratedRGB, {1, 0, 1, 0.2}}, QColor(255, 0, 255, 51)},
+        {{CGColorSpace::deviceCMYK, {0, 1, 0.8, 0, 1}}, QColor(255, 0, 51)},
+        {{CGColorSpace::pattern, {1}}, QColor(0, 0, 0, 0)},
+    };
+    for (const auto& [color, expected] : rows) {
+        const QImage image = render(false, [&](NSGraphicsContext& context) {
+            context.setFillColor(color);
+            context.fill(rectangle(0, 0, 40, 20));
+        });
+        EXPECT_EQ(image.pixelColor(9, 9).rgba(), expected.rgba());
+    }
+}
+
+TEST(Painting, DrawsImagesUprightWithTheirShadowAndSmoothWhenScaled) {
+    const auto bitmap = squareBitmap(16);
+    const auto striped = squareBitmap(16);
+    for (int i = 0; i < 256; ++i)
+        striped->setColor(NSColor::colorWithDeviceWhite(i % 8 == 0, 1), i % 16, i / 16);
+    for (const bool isFlipped : {false, true}) {
+        const QImage image = render(isFlipped, [&](NSGraphicsContext& context) {
+            context.drawImage(*striped->CGImage(), NSMakeRect(36, 2, 2, 2));
+            context.setShadow({NSColor::blackColor(), {5, 0}, 0});
+            context.drawImage(*bitmap->CGImage(), NSMakeRect(8, 2, 16, 16));
+        });
+        EXPECT_EQ(image.pixelColor(8, 2), QColor(0, 0, 255));
+        EXPECT_EQ(image.pixelColor(9, 16), QColor(8, 14 * 8, 255));
+        EXPECT_EQ(image.pixelColor(26, 9), QColor(0, 0, 0)); // the shadow
+        EXPECT_NEAR(image.pixelColor(36, isFlipped ? 2 : 17).lightness(), 32, 8);
     }
 }
 

@@ -54,7 +54,7 @@ struct KW_EXPORT CGImageLayout {
     /// The components of a pixel's color, without alpha.
     int colorComponents() const { return CGColorSpaceGetNumberOfComponents(colorSpace); }
     /// Where in a pixel the components lie, colors first, then alpha (or what stands in its place),
-    /// in units of a component. Not for less than 8 bits a component.
+    /// in units of a component.
     std::array<int, 5> componentPlaces() const;
 
     friend bool operator==(const CGImageLayout&, const CGImageLayout&) = default;

@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
-#include <cmath>
 #include <new>
 #include <span>
 #include <utility>
@@ -39,16 +38,13 @@ NSColor colorOf(CGColorSpace space, const std::array<double, 5>& parts, double a
     }
 }
 
-std::array<int, 5> placesOf(const CGImageLayout& layout) {
-    return layout.bitsPerComponent < 8 ? std::array<int, 5> {} : layout.componentPlaces();
-}
-
 } // namespace
 
 NSBitmapImageRep::NSBitmapImageRep(
     const CGImageLayout& layout, std::shared_ptr<const std::uint8_t[]> pixels)
     : NSImageRep(onePointAPixel(layout))
     , m_layout(layout)
+    , m_places(layout.componentPlaces())
     , m_pixels(std::move(pixels)) { }
 
 std::shared_ptr<NSBitmapImageRep> NSBitmapImageRep::initWithCGImage(const CGImageRef& image) {
@@ -95,11 +91,10 @@ std::optional<NSColor> NSBitmapImageRep::colorAt(std::int64_t x, std::int64_t y)
     if (!contains(m_layout, x, y))
         return std::nullopt;
     const std::uint8_t* const row = m_pixels.get() + y * m_layout.bytesPerRow;
-    const auto places = placesOf(m_layout);
     const auto colors = static_cast<std::size_t>(m_layout.colorComponents());
     const double maximum = maximumComponent(m_layout.bitsPerComponent);
     const auto part = [&](std::size_t index) {
-        return componentAt(m_layout, row, x, places[index]) / maximum;
+        return componentAt(m_layout, row, x, m_places[index]) / maximum;
     };
     const double alpha = m_layout.hasAlpha() ? part(colors) : 1;
     std::array<double, 5> parts {};
@@ -114,20 +109,22 @@ std::optional<NSColor> NSBitmapImageRep::colorAt(std::int64_t x, std::int64_t y)
 void NSBitmapImageRep::setColor(const NSColor& color, std::int64_t x, std::int64_t y) {
     if (!contains(m_layout, x, y))
         return;
-    const auto converted = color.colorUsingColorSpace(m_layout.colorSpace);
-    if (!converted)
-        return;
     std::array<double, 5> parts {};
-    converted->getComponents(parts);
+    if (CGColorSpaceGetModel(color.colorSpace()) == CGColorSpaceGetModel(m_layout.colorSpace)) {
+        color.getComponents(parts);
+    } else if (const auto converted = color.colorUsingColorSpace(m_layout.colorSpace)) {
+        converted->getComponents(parts);
+    } else {
+        return;
+    }
     const auto colors = static_cast<std::size_t>(m_layout.colorComponents());
     const double factor = m_layout.isPremultiplied() ? parts[colors] : 1;
-    const auto places = placesOf(m_layout);
     const double maximum = maximumComponent(m_layout.bitsPerComponent);
     std::uint8_t* const row = bitmapData() + y * m_layout.bytesPerRow;
     for (std::size_t i = 0; i < colors + (m_layout.hasAlpha() ? 1 : 0); ++i) {
         const double part = i < colors ? parts[i] * factor : parts[i];
-        setComponentAt(m_layout, row, x, places[i],
-            static_cast<std::uint32_t>(std::floor(part * maximum + 0.5)));
+        setComponentAt(
+            m_layout, row, x, m_places[i], static_cast<std::uint32_t>(part * maximum + 0.5));
     }
 }
 

@@ -7,6 +7,7 @@
 #include <KWToolkit/platform/graphics/NSColor.h>
 #include <KWToolkit/platform/graphics/NSImageRep.h>
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -54,6 +55,7 @@ private:
     NSBitmapImageRep(const CGImageLayout& layout, std::shared_ptr<const std::uint8_t[]> pixels);
 
     CGImageLayout m_layout;
+    std::array<int, 5> m_places;
     std::shared_ptr<const std::uint8_t[]> m_pixels;
     std::uint8_t* m_ownPixels = nullptr; // the same where they are nobody else's to begin with
     CGImageRef m_image; // what was handed out, until the pixels change

@@ -7,7 +7,6 @@
 #include <KWToolkit/platform/graphics/NSImage.h>
 
 #include <algorithm>
-#include <cmath>
 #include <string>
 #include <utility>
 
@@ -15,8 +14,8 @@ namespace kw {
 
 namespace {
 
-// Of a number and what is none, `fmax` takes the number.
-double within01(double value) { return std::fmin(std::fmax(value, 0), 1); }
+// What is no number is not above 0.
+double within01(double value) { return value > 0 ? std::min(value, 1.0) : 0; }
 
 } // namespace
 

@@ -96,6 +96,10 @@ std::uint32_t componentAt(
 void setComponentAt(const CGImageLayout& layout, std::uint8_t* row, std::int64_t x, int place,
     std::uint32_t value) {
     const int bits = layout.bitsPerComponent;
+    if (bits == 8) {
+        row[x * (layout.bitsPerPixel / 8) + place] = static_cast<std::uint8_t>(value);
+        return;
+    }
     const std::int64_t bit = x * layout.bitsPerPixel + std::int64_t {place} * bits;
     std::uint8_t* const byte = row + bit / 8;
     if (bits == 16) {
@@ -111,7 +115,7 @@ void setComponentAt(const CGImageLayout& layout, std::uint8_t* row, std::int64_t
 
 void readPremultipliedRGBA(const CGImageLayout& layout, const std::uint8_t* row, std::int64_t first,
     std::int64_t count, std::uint8_t* rgba) {
-    const Places places = layout.bitsPerComponent < 8 ? Places {} : layout.componentPlaces();
+    const Places places = layout.componentPlaces();
     if (layout.bitsPerComponent != 8 || layout.colorComponents() == 4) {
         readAnything(layout, places, row, first, count, rgba);
         return;

@@ -3,10 +3,13 @@
 #include <KWToolkitQt/QtGraphicsContext.h>
 
 #include <KWToolkitQt/Blur.h>
+#include <KWToolkitQt/PatternBrush.h>
+#include <KWToolkitQt/QtImages.h>
 
 #include <QFont>
 #include <QFontMetricsF>
 #include <QGuiApplication>
+#include <QImage>
 #include <QLinearGradient>
 #include <QPainter>
 #include <QPainterPath>
@@ -14,6 +17,7 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numbers>
 
@@ -36,6 +40,29 @@ QColor toQt(const NSColor& color) {
         return Qt::transparent;
     return QColor::fromRgbF(component(rgb->redComponent()), component(rgb->greenComponent()),
         component(rgb->blueComponent()), component(rgb->alphaComponent()));
+}
+
+/// Transparent for a pattern.
+QColor toQt(const CGColor& color) {
+    std::array<double, 4> parts {};
+    const auto& components = color.components();
+    std::copy_n(components.begin(), std::min(components.size(), parts.size()), parts.begin());
+    switch (CGColorSpaceGetModel(color.colorSpace())) {
+    case CGColorSpaceModel::monochrome:
+        return toQt(NSColor::colorWithDeviceWhite(parts[0], color.alpha()));
+    case CGColorSpaceModel::RGB:
+        return toQt(NSColor::colorWithDeviceRed(parts[0], parts[1], parts[2], color.alpha()));
+    case CGColorSpaceModel::CMYK:
+        return toQt(
+            NSColor::colorWithDeviceCyan(parts[0], parts[1], parts[2], parts[3], color.alpha()));
+    case CGColorSpaceModel::pattern:
+        break;
+    }
+    return Qt::transparent;
+}
+
+QTransform toQt(const CGAffineTransform& matrix) {
+    return {matrix.a, matrix.b, matrix.c, matrix.d, matrix.tx, matrix.ty};
 }
 
 QPainterPath toQt(const NSBezierPath& path) {
@@ -71,9 +98,11 @@ QStringList linesOf(std::string_view text) {
 
 QtGraphicsContext::QtGraphicsContext(QPainter& painter, NSSize viewSize, bool isFlipped)
     : m_painter(painter)
+    , m_height(viewSize.height)
     , m_isFlipped(isFlipped) {
     m_painter.save();
-    m_painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
+    m_painter.setRenderHints(
+        QPainter::Antialiasing | QPainter::TextAntialiasing | QPainter::SmoothPixmapTransform);
     if (!isFlipped) {
         m_painter.translate(0, viewSize.height);
         m_painter.scale(1, -1);
@@ -89,9 +118,28 @@ void QtGraphicsContext::restoreGraphicsState() {
         m_states.pop_back();
 }
 
-void QtGraphicsContext::setFillColor(const NSColor& color) { state().fillColor = toQt(color); }
-void QtGraphicsContext::setFillColor(const CGColor&) { }
-void QtGraphicsContext::drawImage(const CGImage&, const NSRect&) { }
+void QtGraphicsContext::setFillColor(const NSColor& color) {
+    const auto pattern =
+        color.colorSpace() == CGColorSpace::pattern ? color.CGColor() : std::nullopt;
+    if (pattern)
+        setFillColor(*pattern);
+    else
+        state().fill = toQt(color);
+}
+
+void QtGraphicsContext::setFillColor(const CGColor& color) {
+    if (!color.pattern()) {
+        state().fill = toQt(color);
+        return;
+    }
+    QTransform toView = toQt(color.pattern()->matrix());
+    if (m_isFlipped)
+        toView *= QTransform(1, 0, 0, -1, 0, m_height);
+    QBrush brush =
+        patternBrush(*color.pattern(), color.alpha(), toView * m_painter.deviceTransform());
+    brush.setTransform(brush.transform() * toView);
+    state().fill = std::move(brush);
+}
 
 void QtGraphicsContext::setStrokeColor(const NSColor& color) { state().strokeColor = toQt(color); }
 void QtGraphicsContext::setShadow(const NSShadow& shadow) { state().shadow = shadow; }
@@ -99,7 +147,7 @@ void QtGraphicsContext::setShadow(const NSShadow& shadow) { state().shadow = sha
 void QtGraphicsContext::fill(const NSBezierPath& path) {
     const QPainterPath outline = toQt(path);
     paintWithShadow(outline.boundingRect(),
-        [&](QPainter& painter) { painter.fillPath(outline, state().fillColor); });
+        [&](QPainter& painter) { painter.fillPath(outline, state().fill); });
 }
 
 void QtGraphicsContext::stroke(const NSBezierPath& path) {
@@ -124,6 +172,29 @@ void QtGraphicsContext::drawGradient(
     for (const auto& stop : gradient.stops())
         brush.setColorAt(std::clamp(stop.location, 0.0, 1.0), toQt(stop.color));
     paintWithShadow(bounds, [&](QPainter& painter) { painter.fillPath(outline, brush); });
+}
+
+void QtGraphicsContext::drawImage(const CGImage& image, const NSRect& rect) {
+    const QRectF bounds =
+        QRectF(rect.origin.x, rect.origin.y, rect.size.width, rect.size.height).normalized();
+    QImage picture = toQImage(CGImage::create(image.layout(), image.pixels()));
+    if (picture.isNull() || !(bounds.width() > 0 && bounds.height() > 0)
+        || !std::isfinite(bounds.left() + bounds.top() + bounds.width() + bounds.height()))
+        return;
+    // Qt looks at four pixels at most for each that it draws.
+    const QSizeF drawn = m_painter.deviceTransform().mapRect(bounds).size();
+    if (2 * drawn.width() < picture.width() || 2 * drawn.height() < picture.height())
+        picture = picture.scaled(drawn.boundedTo(picture.size()).toSize().expandedTo({1, 1}),
+            Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    paintWithShadow(bounds, [&](QPainter& painter) {
+        painter.save();
+        if (!m_isFlipped) {
+            painter.translate(0, bounds.top() + bounds.bottom());
+            painter.scale(1, -1);
+        }
+        painter.drawImage(bounds, picture);
+        painter.restore();
+    });
 }
 
 NSSize QtGraphicsContext::sizeOfText(std::string_view text, const TextAttributes& attributes) {

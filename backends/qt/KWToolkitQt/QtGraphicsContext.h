@@ -4,6 +4,7 @@
 
 #include <KWToolkit/platform/graphics/NSGraphicsContext.h>
 
+#include <QBrush>
 #include <QColor>
 #include <QRectF>
 #include <QString>
@@ -41,7 +42,7 @@ public:
 
 private:
     struct State {
-        QColor fillColor = Qt::black;
+        QBrush fill = Qt::black;
         QColor strokeColor = Qt::black;
         std::optional<NSShadow> shadow;
     };
@@ -54,6 +55,7 @@ private:
     void paintWithShadow(const QRectF& bounds, const Paint& paint);
 
     QPainter& m_painter;
+    double m_height;
     bool m_isFlipped;
     std::vector<State> m_states {1};
 };

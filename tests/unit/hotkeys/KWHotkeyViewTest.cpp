@@ -19,13 +19,13 @@ constexpr std::uint32_t shift = NSEventModifierFlagShift, control = NSEventModif
                         option = NSEventModifierFlagOption, command = NSEventModifierFlagCommand;
 constexpr std::uint16_t keyK = 40;
 
-constexpr NSColor rgb(double r, double g, double b, double a = 1) {
+NSColor rgb(double r, double g, double b, double a = 1) {
     return NSColor::colorWithCalibratedRed(r, g, b, a);
 }
 // What tells the three gradients apart is their second color.
-constexpr NSColor atRest = rgb(0.5, 0.54, 0.6);
-constexpr NSColor clicked = rgb(0.42, 0.47, 0.53);
-constexpr NSColor armed = rgb(0.63, 0.77, 0.08);
+const NSColor atRest = rgb(0.5, 0.54, 0.6);
+const NSColor clicked = rgb(0.42, 0.47, 0.53);
+const NSColor armed = rgb(0.63, 0.77, 0.08);
 
 const NSColor& colorOf(const KWHotkeyView& view) {
     return view.currentButtomGradient().stops()[1].color;
