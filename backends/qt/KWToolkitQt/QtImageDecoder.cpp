@@ -6,6 +6,7 @@
 #include <KWToolkitQt/SafeSvg.h>
 
 #include <QBuffer>
+#include <QByteArrayView>
 #include <QFile>
 #include <QGuiApplication>
 #include <QIODevice>
@@ -15,10 +16,12 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
-#include <new>
-#include <optional>
+#include <functional>
+#include <limits>
+#include <memory>
 #include <system_error>
 
 namespace kw::qt {
@@ -49,7 +52,9 @@ constexpr Format formats[] {
 };
 
 /// What QImageIOHandler::Transformation means, by its bits.
-constexpr std::array<ImageOrientation, 8> orientations {1, 2, 4, 3, 6, 5, 7, 8};
+constexpr std::array<ImageOrientation, 8> orientations {1, 2, 4, 3, 6, 7, 5, 8};
+
+constexpr char startOfMarker = '\xFF'; // in JPEG
 
 /// Encoded bytes, and whether they were found to end too soon.
 class Source final : public QIODevice {
@@ -64,6 +69,9 @@ public:
     bool seek(qint64 position) override {
         return QIODevice::seek(position) && m_bytes.seek(position);
     }
+    /// For JPEG: what has more scans than any real picture counts as cut off there. Each of them
+    /// may be a few bytes long and takes a pass over the whole picture.
+    void limitScans() { m_scansLeft = maximumScans; }
     void forgetEnds() { m_wasReadAtEnd = m_wasReadShort = false; }
     bool isCutOff(CutOff cutOff) const {
         return (cutOff == CutOff::isReadAtEnd && m_wasReadAtEnd)
@@ -72,7 +80,8 @@ public:
 
 protected:
     qint64 readData(char* data, qint64 size) override {
-        const qint64 count = m_bytes.read(data, size);
+        const qint64 count = m_scansLeft < 0 ? 0 : m_bytes.read(data, size);
+        countScans(QByteArrayView(data, std::max<qint64>(count, 0)));
         m_wasReadAtEnd |= size > 0 && count <= 0;
         m_wasReadShort |= count < size;
         return count;
@@ -80,7 +89,21 @@ protected:
     qint64 writeData(const char*, qint64) override { return -1; }
 
 private:
+    static constexpr int maximumScans = 200;
+
+    void countScans(QByteArrayView data) {
+        constexpr char startOfScan = '\xDA';
+        for (qsizetype i = data.indexOf(startOfScan); i >= 0;
+            i = data.indexOf(startOfScan, i + 1)) {
+            if ((i > 0 ? data[i - 1] : m_last) == startOfMarker)
+                m_scansLeft = std::max(m_scansLeft - 1, -1);
+        }
+        m_last = data.empty() ? m_last : data.back();
+    }
+
     QIODevice& m_bytes;
+    int m_scansLeft = std::numeric_limits<int>::max();
+    char m_last = 0;
     bool m_wasReadAtEnd = false;
     bool m_wasReadShort = false;
 };
@@ -92,10 +115,49 @@ const Format* formatOf(const QImageReader& reader) {
     return found == std::end(formats) ? nullptr : found;
 }
 
+/// As Qt's other readers have it.
 bool isWithinLimit(QSize size) {
     constexpr qint64 bytesPerPixel = 4;
     const qint64 limit = qint64 {QImageReader::allocationLimit()} << 20;
     return limit == 0 || bytesPerPixel * size.width() * size.height() <= limit;
+}
+
+/// Each byte may stand for an edge across the whole picture, which takes Qt up to a nanosecond a
+/// pixel: at the maximum about two minutes.
+bool canBeDrawn(const SafeSvg& svg, QSize size) {
+    constexpr double maximumWork = 128e9;
+    return isWithinLimit(size)
+        && static_cast<double>(svg.work) * size.width() * size.height() <= maximumWork;
+}
+
+/// Whether all pixels of a JPEG picture are in memory, as large as they are stored, before the
+/// first is decoded: where a scan does not hold all components in full. Also where that cannot be
+/// told.
+bool isDecodedWhole(QIODevice& jpeg) {
+    enum Marker { sequential = 0xC0, progressive = 0xC2, lastFrame = 0xCF, startOfScan = 0xDA };
+    constexpr std::array noFrames {0xC4, 0xC8, 0xCC};
+    constexpr qsizetype placeOfComponents = 5;
+    char components = 0;
+    jpeg.seek(2);
+    for (;;) {
+        const QByteArray head = jpeg.read(4);
+        if (head.size() < 4 || head[0] != startOfMarker)
+            return true;
+        const auto at = [&](qsizetype place) { return static_cast<uchar>(head[place]); };
+        const QByteArray body = jpeg.read(std::max(0, (at(2) << 8 | at(3)) - 2));
+        const int marker = at(1);
+        if (marker == startOfScan)
+            return body.isEmpty() || body[0] != components;
+        if (marker < sequential || marker > lastFrame || std::ranges::count(noFrames, marker) > 0)
+            continue;
+        if (marker >= progressive || body.size() <= placeOfComponents)
+            return true;
+        components = body[placeOfComponents];
+    }
+}
+
+int eighthsOf(int length, int eighths) {
+    return static_cast<int>(std::int64_t {length} * eighths / 8);
 }
 
 /// The least size that the decoder gives at no loss of time, within the stored one.
@@ -108,7 +170,7 @@ QSize reducedSize(Reduction reduction, QSize stored, PixelSize wanted) {
         // to scale the result once more. Rounded down, it scales by one pixel at most.
         for (int eighths = 1; eighths < 8; ++eighths) {
             const QSize size(
-                stored.width() * qint64 {eighths} / 8, stored.height() * qint64 {eighths} / 8);
+                eighthsOf(stored.width(), eighths), eighthsOf(stored.height(), eighths));
             if (!size.isEmpty() && covers(size))
                 return size;
         }
@@ -125,8 +187,11 @@ QSize reducedSize(Reduction reduction, QSize stored, PixelSize wanted) {
     return stored;
 }
 
+/// Whether a picture of a stored size may be decoded to a size.
+using Permission = std::function<bool(QSize stored, QSize size)>;
+
 DecodedImage decode(QImageReader& reader, Source& source, const Format& format,
-    const ImageDecoder::WantedSize& wantedSize) {
+    const ImageDecoder::WantedSize& wantedSize, const Permission& permits) {
     const QSize stored = reader.size();
     if (stored.isEmpty())
         return {};
@@ -136,7 +201,7 @@ DecodedImage decode(QImageReader& reader, Source& source, const Format& format,
     if (wantedSize)
         size = reducedSize(
             format.reduction, stored, wantedSize({stored.width(), stored.height()}, orientation));
-    if (!isWithinLimit(size))
+    if (!permits(stored, size))
         return {};
     if (size != stored)
         reader.setScaledSize(size);
@@ -153,19 +218,31 @@ DecodedImage decode(QIODevice& bytes, const ImageDecoder::WantedSize& wantedSize
     const Format* const format = formatOf(reader);
     if (!format)
         return {};
-    if (format->reduction != Reduction::toAnySize)
-        return decode(reader, source, *format, wantedSize);
-
+    switch (format->reduction) {
+    case Reduction::none:
+        return decode(reader, source, *format, wantedSize, [](QSize, QSize) { return true; });
+    case Reduction::byEighths: {
+        source.seek(0);
+        const bool isWhole = isDecodedWhole(source);
+        source.seek(0);
+        source.limitScans();
+        return decode(reader, source, *format, wantedSize,
+            [&](QSize stored, QSize) { return !isWhole || isWithinLimit(stored); });
+    }
+    case Reduction::toAnySize:
+        break;
+    }
     // Texts in it need one.
     if (!qobject_cast<QGuiApplication*>(QCoreApplication::instance()))
         return {};
     source.seek(0);
-    QByteArray svg = safeSvg(source);
-    QBuffer buffer(&svg);
+    SafeSvg svg = safeSvg(source);
+    QBuffer buffer(&svg.text);
     buffer.open(QIODevice::ReadOnly);
     Source svgSource(buffer);
     QImageReader svgReader(&svgSource, format->name);
-    return decode(svgReader, svgSource, *format, wantedSize);
+    return decode(svgReader, svgSource, *format, wantedSize,
+        [&](QSize, QSize size) { return canBeDrawn(svg, size); });
 }
 
 DecodedImage decodeFile(const std::string& path, const ImageDecoder::WantedSize& wantedSize = {}) {
@@ -174,15 +251,11 @@ DecodedImage decodeFile(const std::string& path, const ImageDecoder::WantedSize&
     if (path.find('\0') != std::string::npos || !std::filesystem::is_regular_file(path, error))
         return {};
     // QFile takes no path that is not text.
-    std::FILE* const stream = std::fopen(path.c_str(), "rbe");
-    if (!stream)
-        return {};
+    const std::unique_ptr<std::FILE, decltype(&std::fclose)> stream(
+        std::fopen(path.c_str(), "rbe"), &std::fclose);
     QFile file;
-    if (!file.open(
-            stream, QIODevice::ReadOnly | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle)) {
-        std::fclose(stream);
+    if (!stream || !file.open(stream.get(), QIODevice::ReadOnly | QIODevice::Unbuffered))
         return {};
-    }
     return decode(file, wantedSize);
 }
 

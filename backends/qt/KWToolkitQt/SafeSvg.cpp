@@ -21,20 +21,32 @@ namespace kw::qt {
 namespace {
 
 constexpr qint64 maximumBytes = qint64 {16} << 20;
-constexpr int maximumElements = 200'000; // drawn
+constexpr qint64 maximumWork = qint64 {1} << 40;
+constexpr std::size_t maximumElements = 200'000;
 constexpr int maximumDepth = 100; // of elements within elements and what they refer to
+// What takes Qt a time that grows with the square.
+constexpr int maximumAttributes = 1000; // of an element
+constexpr qint64 maximumMatches = 200'000'000; // of rules of style with elements
 
 /// What it takes to draw an element.
 struct Effort {
-    int elements = 1;
+    qint64 work = 0;
     int depth = 1;
 
     void add(const Effort& part) {
-        elements = std::min(elements + part.elements, maximumElements + 1);
+        work = std::min(work + part.work, maximumWork);
         depth = std::max(depth, part.depth + 1);
     }
-    bool isTooMuch() const { return elements > maximumElements || depth > maximumDepth; }
+    bool isTooMuch() const { return work >= maximumWork || depth > maximumDepth; }
 };
+
+/// Of one element. Edges cross those of their own element only: many short elements are drawn
+/// faster than a long one.
+qint64 workFor(qint64 bytes) {
+    constexpr qint64 least = 16;
+    constexpr qint64 longElement = 8192;
+    return least + bytes * std::min(bytes, longElement) / longElement;
+}
 
 /// Elements and what they refer to: a few that use others can stand for billions.
 class ElementTree {
@@ -46,6 +58,7 @@ public:
             m_elements[m_open.back()].children.push_back(index);
         m_open.push_back(index);
         for (const QXmlStreamAttribute& attribute : attributes) {
+            element.bytes += attribute.value().size();
             if (attribute.name() == u"id")
                 m_byId.insert(attribute.value().toString(), index);
             // In "#name" as well as in "url(#name)"; that a color may look like it does no harm.
@@ -57,16 +70,25 @@ public:
             }
         }
     }
+    void add(QStringView text) {
+        const qint64 rules = text.count(u'{');
+        m_rules += rules;
+        if (rules == 0 && !m_open.empty())
+            m_elements[m_open.back()].bytes += text.size();
+    }
     void end() { m_open.pop_back(); }
 
     bool isTooMuch() const {
-        return m_open.size() > maximumDepth || m_elements.size() > maximumElements;
+        const std::size_t count = m_elements.size();
+        return m_open.size() > maximumDepth || count > maximumElements
+            || m_rules * static_cast<qint64>(count) > maximumMatches;
     }
     /// Of the first element, with all that is in it.
     Effort effort() { return m_elements.empty() ? Effort {} : effortOf(0, 1); }
 
 private:
     struct Element {
+        qint64 bytes = 0;
         std::vector<std::size_t> children;
         QStringList references;
         std::optional<Effort> effort;
@@ -75,10 +97,10 @@ private:
     Effort effortOf(std::size_t index, int depth) {
         // That also ends what uses itself.
         if (depth > maximumDepth)
-            return {maximumElements + 1, maximumDepth + 1};
+            return {maximumWork, depth};
         Element& element = m_elements[index];
         if (!element.effort) {
-            Effort effort;
+            Effort effort {.work = workFor(element.bytes)};
             const auto add = [&](std::size_t part) {
                 if (!effort.isTooMuch())
                     effort.add(effortOf(part, depth + 1));
@@ -95,23 +117,34 @@ private:
 
     std::vector<Element> m_elements;
     std::vector<std::size_t> m_open;
+    qint64 m_rules = 0;
     QMultiHash<QString, std::size_t> m_byId;
 };
+
+bool hasManyAttributes(QStringView text) {
+    int count = 0;
+    return std::ranges::any_of(text, [&](QChar c) {
+        count = c == u'<' ? 0 : count + (c == u'=' ? 1 : 0);
+        return count > maximumAttributes;
+    });
+}
 
 /// Copies a document, element by element.
 class SvgCopy {
 public:
-    explicit SvgCopy(const QByteArray& svg)
+    explicit SvgCopy(const QString& svg)
         : m_in(svg)
         , m_out(&m_copy) {
         m_in.setNamespaceProcessing(false); // names are written as they are
     }
 
-    QByteArray copy() {
+    SafeSvg copy() {
         while (!m_in.atEnd() && !m_tree.isTooMuch())
             copyToken(m_in.readNext());
-        return m_in.hasError() || m_tree.isTooMuch() || m_tree.effort().isTooMuch() ? QByteArray {}
-                                                                                    : m_copy;
+        if (m_in.hasError() || m_tree.isTooMuch())
+            return {};
+        const Effort effort = m_tree.effort();
+        return effort.isTooMuch() ? SafeSvg {} : SafeSvg {m_copy, effort.work};
     }
 
 private:
@@ -123,6 +156,7 @@ private:
             m_tree.end();
         } else if (token == QXmlStreamReader::Characters) {
             m_out.writeCharacters(m_in.text().toString());
+            m_tree.add(m_in.text());
         }
     }
 
@@ -164,10 +198,10 @@ private:
         QBuffer buffer(&data);
         QImageReader reader(&buffer);
         reader.setDecideFormatFromContent(true);
-        const QSize size = reader.size();
-        if (!QByteArrayList {"png", "jpeg", "gif", "webp"}.contains(reader.format())
-            || size.isEmpty())
+        // First: the size of another vector picture is not asked for.
+        if (!QByteArrayList {"png", "jpeg", "gif", "webp"}.contains(reader.format()))
             return false;
+        const QSize size = reader.size();
         // Qt limits each picture, and keeps all.
         m_pictureBytes += bytesPerPixel * size.width() * size.height();
         return m_pictureBytes <= qint64 {QImageReader::allocationLimit()} << 20;
@@ -182,9 +216,13 @@ private:
 
 } // namespace
 
-QByteArray safeSvg(QIODevice& svg) {
-    const QByteArray text = svg.read(maximumBytes + 1);
-    return text.size() > maximumBytes ? QByteArray {} : SvgCopy(text).copy();
+SafeSvg safeSvg(QIODevice& svg) {
+    const QByteArray bytes = svg.read(maximumBytes + 1);
+    QString text = QString::fromUtf8(bytes);
+    if (text.contains(QChar::ReplacementCharacter))
+        text = QString::fromLatin1(bytes);
+    return bytes.size() > maximumBytes || hasManyAttributes(text) ? SafeSvg {}
+                                                                  : SvgCopy(text).copy();
 }
 
 } // namespace kw::qt

@@ -8,9 +8,15 @@ class QIODevice;
 
 namespace kw::qt {
 
+struct SafeSvg {
+    QByteArray text; ///< empty where it is not well formed, or too much to be read
+    /// How much there is to draw, each use of an element counted: about the bytes of its long
+    /// paths and texts.
+    qint64 work = 0;
+};
+
 /// A vector picture from anywhere, without what makes Qt read other files: processing instructions
-/// and pictures in it that are not plain pixels in the text itself. Empty where it is not well
-/// formed, or could take too much time, memory or stack to draw.
-QByteArray safeSvg(QIODevice& svg);
+/// and pictures in it that are not plain pixels in the text itself.
+SafeSvg safeSvg(QIODevice& svg);
 
 } // namespace kw::qt
