@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <span>
 #include <utility>
 
 namespace kw {
@@ -70,13 +71,13 @@ std::shared_ptr<NSImage> reflectedImageWithAmountReflected(const NSImage& image,
             continue;
         const double covered = bottom - top;
         const double opacity = opacityAt(((top + bottom) / 2 - begin) / band) * covered;
-        const auto factor = static_cast<std::uint32_t>(opacity * 65536 + 0.5);
+        const auto alpha = static_cast<std::uint8_t>(opacity * 255 + 0.5);
         std::uint8_t* const row = pixels + y * layout.bytesPerRow;
         readPremultipliedRGBA(source,
             std::as_const(*bitmap).bitmapData() + (source.height - 1 - y) * source.bytesPerRow, 0,
             source.width, row);
-        for (std::int64_t i = 0; i < layout.bytesPerRow; ++i)
-            row[i] = static_cast<std::uint8_t>((row[i] * factor + 32768) >> 16);
+        for (std::uint8_t& component : std::span(row, static_cast<std::size_t>(layout.bytesPerRow)))
+            component = multiplied(component, alpha);
     }
     reflection->setSize(result->size());
     result->addRepresentation(reflection);

@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdlib>
+#include <cstring>
 
 namespace kw {
 
@@ -46,6 +48,20 @@ void read8(const CGImageLayout& layout, const Places& places, const std::uint8_t
         rgba[1] = stored(pixel[green]);
         rgba[2] = stored(pixel[blue]);
         rgba[3] = opacity;
+    }
+}
+
+// The same for words that end in alpha, or in a byte that is none, and are not multiplied.
+template <bool swapsRedAndBlue>
+void readWords(
+    const std::uint8_t* pixel, std::int64_t count, std::uint32_t opacity, std::uint8_t* rgba) {
+    for (std::int64_t i = 0; i < 4 * count; i += 4) {
+        std::uint32_t word = 0;
+        std::memcpy(&word, pixel + i, sizeof word);
+        if (swapsRedAndBlue)
+            word = (word & 0xFF00FF00) | (word >> 16 & 0xFF) | (word & 0xFF) << 16;
+        word |= opacity;
+        std::memcpy(rgba + i, &word, sizeof word);
     }
 }
 
@@ -128,10 +144,16 @@ void readPremultipliedRGBA(const CGImageLayout& layout, const std::uint8_t* row,
         return;
     }
     const std::uint8_t* const pixel = row + first * layout.bitsPerPixel / 8;
+    const bool isWord =
+        layout.bitsPerPixel == 32 && places[3] == 3 && std::endian::native == std::endian::little;
     if (layout.hasAlpha() && !layout.isPremultiplied())
         read8<true>(layout, places, pixel, count, rgba);
-    else
+    else if (!isWord)
         read8<false>(layout, places, pixel, count, rgba);
+    else if (places[0] == 0)
+        readWords<false>(pixel, count, layout.hasAlpha() ? 0 : 0xFF000000, rgba);
+    else
+        readWords<true>(pixel, count, layout.hasAlpha() ? 0 : 0xFF000000, rgba);
 }
 
 } // namespace kw

@@ -27,9 +27,10 @@ constexpr std::uint32_t maximumComponent(int bitsPerComponent) {
 }
 
 /// `a * b / 255`, rounded to the nearest.
-constexpr std::uint8_t multiplied(unsigned a, unsigned b) {
-    const unsigned product = a * b + 128;
-    return static_cast<std::uint8_t>((product + (product >> 8)) >> 8);
+constexpr std::uint8_t multiplied(std::uint8_t a, std::uint8_t b) {
+    // No longer than it must be: compilers do many of them at once.
+    const auto product = static_cast<std::uint16_t>(a * b + 128);
+    return static_cast<std::uint8_t>(static_cast<std::uint16_t>(product + (product >> 8)) >> 8);
 }
 
 /// Writes pixels of a row, of any layout, as premultiplied RGBA with 8 bits each. An alpha of more
