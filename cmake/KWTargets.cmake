@@ -10,6 +10,9 @@ function(kw_compile_options target)
         CXX_EXTENSIONS OFF
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON)
+    # What is rounded to single precision on the way is behaviour, also where products and sums could
+    # be one instruction.
+    target_compile_options(${target} PRIVATE -ffp-contract=off)
     # Designated initializers name what they set and leave the rest to its default on purpose.
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
         -Woverloaded-virtual -Wno-missing-field-initializers $<$<BOOL:${KW_WERROR}>:-Werror>

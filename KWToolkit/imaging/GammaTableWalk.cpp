@@ -39,7 +39,7 @@ public:
         constexpr std::int64_t least = 4096; // pixels
         constexpr std::int64_t longest = std::int64_t {1} << 24; // as the walk counts
         return layout.bitsPerComponent == 8 && layout.width * layout.height >= least
-            && layout.width > 2 * reach(layout) && layout.width <= longest
+            && layout.width / 2 > reach(layout) && layout.width <= longest
             && layout.height <= longest
             && layout.bytesPerRow * 8 / layout.bitsPerPixel * layout.height <= largestIndex
             && layout.bytesPerRow % (layout.bitsPerPixel / 8) == 0;
@@ -66,7 +66,7 @@ private:
     /// The precision of a number in single precision.
     static std::int64_t spacing(std::int64_t number) {
         constexpr int precision = std::numeric_limits<float>::digits;
-        const int bits = std::bit_width(static_cast<std::uint64_t>(number));
+        const auto bits = static_cast<int>(std::bit_width(static_cast<std::uint64_t>(number)));
         return bits > precision ? std::int64_t {1} << (bits - precision) : 1;
     }
 
@@ -188,14 +188,13 @@ private:
             if constexpr (isFilled)
                 fillTables();
             std::int32_t done = 0;
-            for (; done < count && first % 4 != 0; ++done, ++first)
-                changeWord<format, isFilled>(pixels + 4 * done, pattern[first]);
-            for (; done + 4 <= count; done += 4) {
-                std::uint8_t* const four = pixels + 4 * done;
-                changeWord<format, isFilled>(four, pattern[0]);
-                changeWord<format, isFilled>(four + 4, pattern[1]);
-                changeWord<format, isFilled>(four + 8, pattern[2]);
-                changeWord<format, isFilled>(four + 12, pattern[3]);
+            for (; done < count && first % 4 != 0; ++done, ++first, pixels += 4)
+                changeWord<format, isFilled>(pixels, pattern[first]);
+            for (; done + 4 <= count; done += 4, pixels += 16) {
+                changeWord<format, isFilled>(pixels, pattern[0]);
+                changeWord<format, isFilled>(pixels + 4, pattern[1]);
+                changeWord<format, isFilled>(pixels + 8, pattern[2]);
+                changeWord<format, isFilled>(pixels + 12, pattern[3]);
             }
             return done;
         }
@@ -236,7 +235,7 @@ private:
     NSBitmapImageRep& m_bitmap;
     std::shared_ptr<NSBitmapImageRep> m_one; // to see what is stored
     std::uint8_t* m_bytes = nullptr;
-    std::array<std::uint8_t, 256 * 256> m_tables {}; // by alpha, then by color
+    std::array<std::uint8_t, 0x10000> m_tables {}; // by alpha, then by color
     std::array<bool, 256> m_isKnown {}; // by alpha
     bool m_areAllKnown = false;
     std::vector<Offsets> m_offsets;

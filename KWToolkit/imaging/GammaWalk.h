@@ -23,8 +23,10 @@ class ChannelFinder {
 public:
     explicit ChannelFinder(const CGImageLayout& layout)
         : m_bitsPerPixel(static_cast<float>(layout.bitsPerPixel))
-        , m_quarter(static_cast<float>(layout.bitsPerPixel / 4))
-        , m_byteCount(layout.byteCount()) { }
+        , m_byteCount(layout.byteCount()) {
+        const int quarter = layout.bitsPerPixel / 4; // cut to whole bits
+        m_quarter = static_cast<float>(quarter);
+    }
 
     /// Where in the bitmap the bytes are: red, green, blue, alpha.
     std::array<std::int64_t, 4> positions(std::int32_t index) const {
@@ -44,7 +46,7 @@ public:
 
 private:
     float m_bitsPerPixel;
-    float m_quarter;
+    float m_quarter = 0;
     std::int64_t m_byteCount;
 };
 

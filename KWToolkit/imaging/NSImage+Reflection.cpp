@@ -6,6 +6,7 @@
 #include <KWToolkit/platform/graphics/Pixels.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <span>
 #include <utility>
@@ -71,7 +72,7 @@ std::shared_ptr<NSImage> reflectedImageWithAmountReflected(const NSImage& image,
             continue;
         const double covered = bottom - top;
         const double opacity = opacityAt(((top + bottom) / 2 - begin) / band) * covered;
-        const auto alpha = static_cast<std::uint8_t>(opacity * 255 + 0.5);
+        const auto alpha = static_cast<std::uint8_t>(std::lround(opacity * 255));
         std::uint8_t* const row = pixels + y * layout.bytesPerRow;
         readPremultipliedRGBA(source,
             std::as_const(*bitmap).bitmapData() + (source.height - 1 - y) * source.bytesPerRow, 0,

@@ -23,6 +23,12 @@ bool contains(const CGImageLayout& layout, std::int64_t x, std::int64_t y) {
     return x >= 0 && x < layout.width && y >= 0 && y < layout.height;
 }
 
+/// Of what is not negative.
+std::uint32_t rounded(double number) {
+    constexpr double half = 0.5;
+    return static_cast<std::uint32_t>(number + half);
+}
+
 NSColor colorOf(CGColorSpace space, const std::array<double, 5>& parts, double alpha) {
     switch (CGColorSpaceGetModel(space)) {
     case CGColorSpaceModel::monochrome:
@@ -123,8 +129,7 @@ void NSBitmapImageRep::setColor(const NSColor& color, std::int64_t x, std::int64
     std::uint8_t* const row = bitmapData() + y * m_layout.bytesPerRow;
     for (std::size_t i = 0; i < colors + (m_layout.hasAlpha() ? 1 : 0); ++i) {
         const double part = i < colors ? parts[i] * factor : parts[i];
-        setComponentAt(
-            m_layout, row, x, m_places[i], static_cast<std::uint32_t>(part * maximum + 0.5));
+        setComponentAt(m_layout, row, x, m_places[i], rounded(part * maximum));
     }
 }
 
