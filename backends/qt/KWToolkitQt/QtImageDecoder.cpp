@@ -207,8 +207,10 @@ DecodedImage decode(QImageReader& reader, Source& source, const Format& format,
         reader.setScaledSize(size);
     source.forgetEnds(); // that were met on the way to the size
     const QImage image = reader.read();
-    return source.isCutOff(format.cutOff) ? DecodedImage {}
-                                          : DecodedImage {imageFromQImage(image), orientation};
+    // Of a broken picture the size may turn out to be another one.
+    if (source.isCutOff(format.cutOff) || image.size() != size)
+        return {};
+    return {imageFromQImage(image), orientation};
 }
 
 DecodedImage decode(QIODevice& bytes, const ImageDecoder::WantedSize& wantedSize = {}) {
