@@ -10,14 +10,12 @@
 #include <QGuiApplication>
 #include <QImageReader>
 #include <QLoggingCategory>
-
-#include <unistd.h>
+#include <QTemporaryDir>
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <string>
 #include <string_view>
@@ -45,8 +43,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (side == 0)
         return 0;
 
-    static const std::filesystem::path path =
-        std::filesystem::temp_directory_path() / ("kw-fuzz-" + std::to_string(::getpid()));
+    static const QTemporaryDir folder;
+    const std::string path = folder.filePath("picture").toStdString();
     std::ofstream(path, std::ios::binary) << bytes;
     kw::PixelSize stored;
     const kw::DecodedImage reduced =
@@ -54,7 +52,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             stored = size;
             return kw::PixelSize {side, side};
         });
-    std::filesystem::remove(path);
     require(reduced.image && reduced.orientation == whole.orientation);
     require(stored == kw::PixelSize {whole.image->width(), whole.image->height()});
     require(reduced.image->width() >= std::min<std::int64_t>(side, stored.width));
