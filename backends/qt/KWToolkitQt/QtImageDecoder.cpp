@@ -67,7 +67,8 @@ public:
     bool isSequential() const override { return false; }
     qint64 size() const override { return m_bytes.size(); }
     bool seek(qint64 position) override {
-        return QIODevice::seek(position) && m_bytes.seek(position);
+        // A file would let readers behind its end, unlike memory.
+        return position <= size() && QIODevice::seek(position) && m_bytes.seek(position);
     }
     /// For JPEG: what has more scans than any real picture counts as cut off there. Each of them
     /// may be a few bytes long and takes a pass over the whole picture.
@@ -207,8 +208,10 @@ DecodedImage decode(QImageReader& reader, Source& source, const Format& format,
         reader.setScaledSize(size);
     source.forgetEnds(); // that were met on the way to the size
     const QImage image = reader.read();
-    return source.isCutOff(format.cutOff) ? DecodedImage {}
-                                          : DecodedImage {imageFromQImage(image), orientation};
+    // Of a broken picture the size may turn out to be another one.
+    if (source.isCutOff(format.cutOff) || image.size() != size)
+        return {};
+    return {imageFromQImage(image), orientation};
 }
 
 DecodedImage decode(QIODevice& bytes, const ImageDecoder::WantedSize& wantedSize = {}) {

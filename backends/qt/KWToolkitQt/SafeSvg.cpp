@@ -21,8 +21,8 @@ namespace kw::qt {
 namespace {
 
 constexpr qint64 maximumBytes = qint64 {16} << 20;
-constexpr qint64 maximumWork = qint64 {1} << 40;
-constexpr std::size_t maximumElements = 200'000;
+constexpr qint64 maximumWork = qint64 {1} << 30;
+constexpr std::size_t maximumElements = 200'000; // and references to them
 constexpr int maximumDepth = 100; // of elements within elements and what they refer to
 // What takes Qt a time that grows with the square.
 constexpr int maximumAttributes = 1000; // of an element
@@ -62,11 +62,12 @@ public:
             if (attribute.name() == u"id")
                 m_byId.insert(attribute.value().toString(), index);
             // In "#name" as well as in "url(#name)"; that a color may look like it does no harm.
-            for (QStringView rest = attribute.value(); rest.contains(u'#');) {
+            for (QStringView rest = attribute.value(); rest.contains(u'#') && !isTooMuch();) {
                 rest = rest.sliced(rest.indexOf(u'#') + 1);
                 const auto* const end = std::ranges::find_if(
-                    rest, [](QChar c) { return c.isSpace() || u")\"';"_qs.contains(c); });
+                    rest, [](QChar c) { return c.isSpace() || u"#)\"';"_qs.contains(c); });
                 element.references += rest.first(std::distance(rest.begin(), end)).toString();
+                ++m_references;
             }
         }
     }
@@ -81,6 +82,7 @@ public:
     bool isTooMuch() const {
         const std::size_t count = m_elements.size();
         return m_open.size() > maximumDepth || count > maximumElements
+            || m_references > maximumElements
             || m_rules * static_cast<qint64>(count) > maximumMatches;
     }
     /// Of the first element, with all that is in it.
@@ -117,6 +119,7 @@ private:
 
     std::vector<Element> m_elements;
     std::vector<std::size_t> m_open;
+    std::size_t m_references = 0;
     qint64 m_rules = 0;
     QMultiHash<QString, std::size_t> m_byId;
 };
