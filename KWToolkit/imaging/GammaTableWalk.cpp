@@ -119,10 +119,9 @@ private:
                     static_cast<std::int64_t>(
                         std::bit_ceil(static_cast<std::uint32_t>(index) + 1))});
             }
-            const std::int64_t wholePixels = bits & -bits; // of bits, the power of two in them
+            const std::int64_t powerOfTwo = bits & -bits; // in the bits of a pixel
             const std::int64_t rounding = spacing(static_cast<std::int64_t>(lastBit));
-            const std::int64_t period =
-                std::max(2 * rounding / wholePixels, spacing(index) > 1 ? 2 * spacing(index) : 1);
+            const std::int64_t period = std::max<std::int64_t>(1, 2 * rounding / powerOfTwo);
             m_offsets.clear();
             for (std::int64_t i = index; i < std::min(index + period, stretchEnd); ++i) {
                 const auto positions = m_channels.positions(static_cast<std::int32_t>(i));

@@ -36,16 +36,17 @@ PixelSize shownSize(PixelSize box, PixelSize picture, bool preserveRatio) {
         std::max<std::int64_t>(1, std::llround(height * factor))};
 }
 
-CGImageRef with8Bits(const CGImageRef& image) {
-    if (image->bitsPerComponent() == 8)
-        return image;
-    const CGImageLayout layout = CGImageLayout::premultipliedRGBA(image->width(), image->height());
-    const auto pixels = makePixels(layout.byteCount());
-    if (!pixels)
+/// A picture of any depth at another size.
+CGImageRef scaledTo(
+    const CGImage& image, PixelSize size, NSImageInterpolation interpolation, float alpha) {
+    if (!isCanvas(size.width, size.height))
         return nullptr;
-    for (std::int64_t y = 0; y < layout.height; ++y)
-        readPremultipliedRGBA(
-            image->layout(), image->row(y), 0, layout.width, pixels.get() + y * layout.bytesPerRow);
+    const CGImageLayout layout = CGImageLayout::premultipliedRGBA(size.width, size.height);
+    const auto pixels = makeUnsetPixels(layout.byteCount());
+    if (!pixels
+        || !drawScaled(image, {0, 0, size.width, size.height}, interpolation,
+            static_cast<double>(alpha), pixels.get(), layout))
+        return nullptr;
     return CGImage::create(layout, pixels);
 }
 
@@ -92,10 +93,12 @@ CGImageRef placedUpright(const CGImageRef& image, ImageOrientation orientation, 
 
 std::shared_ptr<NSBitmapImageRep> thumbFromFile(const std::string& path, NSSize box,
     bool preserveRatio, bool keepSquareRect, NSImageInterpolation imageInterpolation,
-    bool shouldAntialias, bool /*correctWithColorProfile*/, float alpha) {
-    const PixelSize boxPixels {wholePixels(box.width), wholePixels(box.height)};
-    if (boxPixels.width < 1 || boxPixels.height < 1)
+    bool /*shouldAntialias*/, bool /*correctWithColorProfile*/, float alpha) {
+    const auto boxWidth = wholePixels(box.width);
+    const auto boxHeight = wholePixels(box.height);
+    if (!boxWidth || !boxHeight || !isCanvas(*boxWidth, *boxHeight))
         return nullptr;
+    const PixelSize boxPixels {*boxWidth, *boxHeight};
 
     PixelSize size; // as stored
     const auto wantedSize = [&](PixelSize stored, ImageOrientation orientation) -> PixelSize {
@@ -103,18 +106,15 @@ std::shared_ptr<NSBitmapImageRep> thumbFromFile(const std::string& path, NSSize 
             shownSize(boxPixels, transposed(stored, orientation), preserveRatio), orientation);
         return {reserve * size.width, reserve * size.height};
     };
-    const DecodedImage decoded = Platform::imageDecoder().reducedImageFromFile(path, wantedSize);
-    const CGImageRef image = decoded.image ? with8Bits(decoded.image) : nullptr;
-    const CGImageRef scaled = kwCreateScaledCGImageFromCGImage(image, size.width, size.height,
-        /*preserveRatio*/ false, shouldAntialias, /*keepSquareRect*/ false,
-        static_cast<double>(alpha), imageInterpolation);
+    const auto [image, told] = Platform::imageDecoder().reducedImageFromFile(path, wantedSize);
+    const ImageOrientation orientation = told >= 1 && told <= 8 ? told : 1;
+    const CGImageRef scaled = image ? scaledTo(*image, size, imageInterpolation, alpha) : nullptr;
     if (!scaled)
         return nullptr;
-    const PixelSize shown = transposed(size, decoded.orientation);
+    const PixelSize shown = transposed(size, orientation);
     const PixelSize canvas = keepSquareRect ? boxPixels : shown;
-    return NSBitmapImageRep::initWithCGImage(decoded.orientation == 1 && canvas == shown
-            ? scaled
-            : placedUpright(scaled, decoded.orientation, canvas));
+    return NSBitmapImageRep::initWithCGImage(
+        orientation == 1 && canvas == shown ? scaled : placedUpright(scaled, orientation, canvas));
 }
 
 } // namespace kw

@@ -12,8 +12,6 @@ namespace kw {
 
 namespace {
 
-constexpr std::int64_t maximumCanvasBytes = std::int64_t {1} << 32;
-
 /// `side * numerator / denominator`, multiplied first; empty where the product is no 64-bit number.
 std::optional<std::int64_t> inProportion(
     std::int64_t side, std::int64_t numerator, std::int64_t denominator) {
@@ -44,7 +42,7 @@ CGImageRef kwCreateScaledCGImageFromCGImage(const CGImageRef& image, std::int64_
 
     const std::int64_t canvasWidth = keepSquareRect ? width : rect.width;
     const std::int64_t canvasHeight = keepSquareRect ? height : rect.height;
-    if (canvasWidth < 1 || canvasHeight < 1 || canvasHeight > maximumCanvasBytes / 4 / canvasWidth)
+    if (!isCanvas(canvasWidth, canvasHeight))
         return nullptr;
     if (keepSquareRect) {
         // Deliberate: what is larger than the canvas is moved by half of what it is larger, too.
@@ -52,20 +50,16 @@ CGImageRef kwCreateScaledCGImageFromCGImage(const CGImageRef& image, std::int64_
         rect.y = std::abs(height - rect.height) / 2;
     }
 
+    // Deliberate: rows do not grow with the components, so an image of other than 8 bits a
+    // component has no canvas.
+    if (image->bitsPerComponent() != 8)
+        return nullptr;
     // What the image covers need not be cleared.
     const bool isCovered =
         rect.width >= canvasWidth && rect.height >= canvasHeight && rect.x == 0 && rect.y == 0;
-    auto pixels = isCovered ? makeUnsetPixels(4 * canvasWidth * canvasHeight)
-                            : makePixels(4 * canvasWidth * canvasHeight);
-    if (!pixels)
-        return nullptr;
-    // Deliberate: rows do not grow with the components, so an image of other than 8 bits a
-    // component has no canvas.
-    CGImageLayout layout = CGImageLayout::premultipliedRGBA(canvasWidth, canvasHeight);
-    layout.bitsPerComponent = image->bitsPerComponent();
-    layout.bitsPerPixel = 4 * layout.bitsPerComponent;
-    if (!layout.isValid()
-        || !drawScaled(*image, rect, interpolationQuality, alpha, pixels.get(), layout))
+    const CGImageLayout layout = CGImageLayout::premultipliedRGBA(canvasWidth, canvasHeight);
+    auto pixels = isCovered ? makeUnsetPixels(layout.byteCount()) : makePixels(layout.byteCount());
+    if (!pixels || !drawScaled(*image, rect, interpolationQuality, alpha, pixels.get(), layout))
         return nullptr;
     return CGImage::create(layout, std::move(pixels));
 }

@@ -51,6 +51,10 @@ namespace {
     (NSBitmapImageRep::classObject().addMethods({
          method("adjustGammaWithValue:",
              [](NSBitmapImageRep& bitmap, float value) { adjustGammaWithValue(bitmap, value); }),
+         method("adjustGammaWithValue:andArray:",
+             [](NSBitmapImageRep& bitmap, float value, const GammaTable* table) {
+                 adjustGammaWithValue(bitmap, value, table);
+             }),
          method("adjustGammaWithArray:",
              [](NSBitmapImageRep& bitmap, const GammaTable* table) {
                  adjustGammaWithArray(bitmap, table);

@@ -20,8 +20,9 @@ using GammaTable = std::array<std::uint32_t, 256>;
 /// Made for premultiplied RGBA with 8 bits each. Other layouts are read as if they were that, with
 /// a quarter of the pixel's bits for each channel. Where a pixel's first byte is found by its index
 /// in single precision, as here, the bytes that are read are not the pixel's own from index
-/// 4,194,304 on (at 32 bits a pixel); a byte beyond the end of the bitmap counts as 0. Throws
-/// `std::bad_alloc` where pixels that an image shares cannot be copied.
+/// 4,194,304 on (at 32 bits a pixel); a byte beyond the end of the bitmap counts as 0. Colors that
+/// exceed their alpha have no place in the table and take its nearer end. Throws `std::bad_alloc`
+/// where pixels that an image shares cannot be copied.
 KW_EXPORT void adjustGammaWithValue(NSBitmapImageRep& bitmap, float value, const GammaTable* table);
 KW_EXPORT void adjustGammaWithValue(NSBitmapImageRep& bitmap, float value);
 KW_EXPORT void adjustGammaWithArray(NSBitmapImageRep& bitmap, const GammaTable* table);

@@ -10,14 +10,16 @@ namespace kw {
 std::shared_ptr<NSBitmapImageRep> thumbForSize(NSBitmapImageRep& bitmap, NSSize size,
     bool preserveRatio, bool keepSquareRect, NSImageInterpolation imageInterpolation,
     bool shouldAntialias, bool /*correctWithColorProfile*/, float alpha) {
-    if (size.width <= 0 || size.height <= 0)
+    const auto width = wholePixels(size.width);
+    const auto height = wholePixels(size.height);
+    if (!width || !height)
         return nullptr;
     if (bitmap.pixelsHigh() < 1 || bitmap.pixelsWide() < 1 || bitmap.size().width <= 0
         || bitmap.size().height <= 0)
         return nullptr;
-    return NSBitmapImageRep::initWithCGImage(kwCreateScaledCGImageFromCGImage(bitmap.CGImage(),
-        wholePixels(size.width), wholePixels(size.height), preserveRatio, shouldAntialias,
-        keepSquareRect, static_cast<double>(alpha), imageInterpolation));
+    return NSBitmapImageRep::initWithCGImage(
+        kwCreateScaledCGImageFromCGImage(bitmap.CGImage(), *width, *height, preserveRatio,
+            shouldAntialias, keepSquareRect, static_cast<double>(alpha), imageInterpolation));
 }
 
 std::shared_ptr<NSBitmapImageRep> thumbForSize(

@@ -45,13 +45,12 @@ CGColor componentColor(const NSColor& color) {
 std::optional<CGColor> kwCGColor(const NSColor& color) {
     if (std::floor(NSAppKitVersionNumber()) >= versionWithCGColor)
         return color.CGColor();
-    std::shared_ptr<NSImage> image;
     try {
-        image = color.patternImage();
+        const std::shared_ptr<NSImage> image = color.patternImage();
+        return image ? patternColor(*image) : std::nullopt;
     } catch (const std::exception&) {
         return componentColor(color);
     }
-    return image ? patternColor(*image) : std::nullopt;
 }
 
 void drawPatternImage(void* info, NSGraphicsContext& context) {

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include <KWToolkit/imaging/NSImage+BestRepresentationForSize.h>
 
+#include <KWToolkit/platform/foundation/NSException.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -40,7 +42,10 @@ std::shared_ptr<NSImageRep> bestRepresentationForSize(const NSImage& image, NSSi
                 std::ranges::find(representations, representation) - representations.begin();
         }
     });
-    return representations.at(static_cast<std::size_t>(static_cast<std::int32_t>(bestIndex)));
+    const auto index = static_cast<std::size_t>(static_cast<std::int32_t>(bestIndex));
+    if (index >= representations.size())
+        throw NSException(NSRangeException, "*** The list of representations was emptied.");
+    return representations[index];
 }
 
 } // namespace kw

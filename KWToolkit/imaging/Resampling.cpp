@@ -144,13 +144,14 @@ void drawDownFirst(SourceRows& source, const ResamplingWeights& across,
                 .result = results.at(i)});
             for (std::int64_t k = 0; k < step; ++k) {
                 const std::int64_t tap = y + k - taps[i].first;
-                sum.weights[k] = tap < 0 || tap >= taps[i].count
-                    ? std::int8_t {0}
-                    : static_cast<std::int8_t>(
-                          down.values()[taps[i].offset + static_cast<std::size_t>(tap)]);
+                const bool isTap = tap >= 0 && tap < taps[i].count;
+                sum.wordWeights[k] = isTap
+                    ? down.values()[taps[i].offset + static_cast<std::size_t>(tap)]
+                    : std::int16_t {0};
+                sum.weights[k] = static_cast<std::int8_t>(sum.wordWeights[k]);
             }
         }
-        loops.addBytes(rows, sourcePixels, rowSums.data(), rowSums.size(), down.bits());
+        loops.addBytes(rows, sourcePixels, rowSums.data(), rowSums.size(), down.sum());
         for (const RowSum& sum : rowSums) {
             if (!sum.isLast)
                 break;
@@ -183,7 +184,7 @@ void drawAcrossFirst(SourceRows& source, const ResamplingWeights& across,
     std::vector<const std::int16_t*> added(mostPairs);
     std::vector<std::int16_t> weights;
     for (std::size_t first = 0, last = 0; first < taps.size(); first = last) {
-        for (; end < endPair(first); ++end) {
+        for (end = std::max(end, firstPair(first)); end < endPair(first); ++end) {
             for (const std::int64_t y : {2 * end, 2 * end + 1}) {
                 // There is none for a weight of 0 at the edge.
                 const std::int64_t row = std::clamp(y, down.firstSource(), down.endSource() - 1);
@@ -213,7 +214,8 @@ void drawAcrossFirst(SourceRows& source, const ResamplingWeights& across,
             const std::int64_t count = std::min(stripWidth, pixels - x);
             for (std::size_t i = first; i < last; ++i) {
                 loops.addDown(added.data(), weights.data() + (i - first) * 2 * mostPairs,
-                    endPair(first) - firstPair(first), count, source.finish(), finished.at(0));
+                    endPair(first) - firstPair(first), bitsOf(down), count, source.finish(),
+                    finished.at(0));
                 store(finished.at(0), static_cast<std::int64_t>(i), x, count);
             }
         }
@@ -224,11 +226,17 @@ void drawAcrossFirst(SourceRows& source, const ResamplingWeights& across,
 struct Visible {
     Visible(std::int64_t begin, std::int64_t length, std::int64_t side)
         : first(std::max<std::int64_t>(0, -begin))
-        , count(std::min(length, side - begin) - first) { }
+        , end(std::min(length, side - begin)) { }
 
     std::int64_t first; ///< counted from `begin`
-    std::int64_t count; ///< 0 or less where nothing is
+    std::int64_t end; ///< not beyond `first` where nothing is visible
 };
+
+/// So large a part of the canvas is drawn at a time. Few canvases are larger, and what is kept of
+/// each row and column meanwhile is bounded.
+constexpr std::int64_t tileSide = 8192;
+
+constexpr std::uint32_t fullOpacity = 1 << 16;
 
 } // namespace
 
@@ -237,36 +245,40 @@ bool drawScaled(const CGImage& image, const PixelRect& rect, std::int32_t interp
     const std::int64_t top = canvasLayout.height - rect.y - rect.height; // counted from the top
     const Visible across(rect.x, rect.width, canvasLayout.width);
     const Visible down(top, rect.height, canvasLayout.height);
-    if (across.count < 1 || down.count < 1)
-        return true;
-
     // Cut, not rounded: half the opacity is never more than that.
-    const auto opacity = static_cast<std::uint32_t>(std::fmin(std::fmax(alpha, 0), 1) * 65536);
+    const auto opacity =
+        static_cast<std::uint32_t>(std::fmin(std::fmax(alpha, 0), 1) * fullOpacity);
     using Width = ResamplingWeights::Width;
     const bool isDownFirst =
         ResamplingWeights::mayBeNarrow(image.height(), rect.height, interpolationQuality);
-    const ResamplingWeights acrossWeights(
-        image.width(), rect.width, across.first, across.count, interpolationQuality, Width::wide);
-    const ResamplingWeights downWeights(image.height(), rect.height, down.first, down.count,
-        interpolationQuality, isDownFirst ? Width::narrow : Width::wide);
-    SourceRows source(image, acrossWeights.firstSource(),
-        acrossWeights.endSource() - acrossWeights.firstSource());
-    std::uint8_t* const begin =
-        canvas + (top + down.first) * canvasLayout.bytesPerRow + 4 * (rect.x + across.first);
-    const auto store = [&](const std::uint8_t* part, std::int64_t y, std::int64_t x,
-                           std::int64_t count) {
-        std::uint8_t* const to = begin + y * canvasLayout.bytesPerRow + 4 * x;
-        if (opacity == 65536) {
-            std::memcpy(to, part, static_cast<std::size_t>(4 * count));
-            return;
+
+    for (std::int64_t y = down.first; y < down.end; y += tileSide) {
+        const ResamplingWeights downWeights(image.height(), rect.height, y,
+            std::min(tileSide, down.end - y), interpolationQuality,
+            isDownFirst ? Width::narrow : Width::wide);
+        for (std::int64_t x = across.first; x < across.end; x += tileSide) {
+            const ResamplingWeights acrossWeights(image.width(), rect.width, x,
+                std::min(tileSide, across.end - x), interpolationQuality, Width::wide);
+            std::uint8_t* const begin =
+                canvas + (top + y) * canvasLayout.bytesPerRow + 4 * (rect.x + x);
+            const auto store = [&](const std::uint8_t* part, std::int64_t row, std::int64_t column,
+                                   std::int64_t count) {
+                std::uint8_t* const to = begin + row * canvasLayout.bytesPerRow + 4 * column;
+                if (opacity == fullOpacity) {
+                    std::memcpy(to, part, static_cast<std::size_t>(4 * count));
+                    return;
+                }
+                for (std::int64_t i = 0; i < 4 * count; ++i)
+                    to[i] = static_cast<std::uint8_t>(part[i] * opacity / fullOpacity);
+            };
+            SourceRows source(image, acrossWeights.firstSource(),
+                acrossWeights.endSource() - acrossWeights.firstSource());
+            if (isDownFirst)
+                drawDownFirst(source, acrossWeights, downWeights, store);
+            else
+                drawAcrossFirst(source, acrossWeights, downWeights, store);
         }
-        for (std::int64_t i = 0; i < 4 * count; ++i)
-            to[i] = static_cast<std::uint8_t>(part[i] * opacity >> 16);
-    };
-    if (isDownFirst)
-        drawDownFirst(source, acrossWeights, downWeights, store);
-    else
-        drawAcrossFirst(source, acrossWeights, downWeights, store);
+    }
     return true;
 } catch (const std::bad_alloc&) {
     return false;

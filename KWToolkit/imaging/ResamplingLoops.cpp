@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <limits>
 #include <utility>
 
@@ -13,11 +14,15 @@ namespace kw {
 
 namespace {
 
-/// Cuts a sum, which begins with half of what is cut off, to a component.
-std::int16_t cut(std::int32_t sum, int bits) {
-    return static_cast<std::int16_t>(std::clamp<std::int32_t>(sum >> bits,
-        std::numeric_limits<std::int16_t>::min(), std::numeric_limits<std::int16_t>::max()));
+std::int16_t within16(std::int32_t value) {
+    return static_cast<std::int16_t>(std::clamp<std::int32_t>(
+        value, std::numeric_limits<std::int16_t>::min(), std::numeric_limits<std::int16_t>::max()));
 }
+
+/// Cuts a sum, which begins with half of what is cut off, to a component.
+std::int16_t cut(std::int32_t sum, int bits) { return within16(sum >> bits); }
+
+constexpr float unit = 1 << fractionBits;
 
 constexpr std::int32_t halfOf(int bits) { return 1 << (bits - 1); }
 
@@ -30,15 +35,16 @@ void premultiply(const std::uint8_t* pixels, std::int64_t count, std::uint8_t* r
 }
 
 void addBytes(const std::uint8_t* const* rows, std::int64_t pixels, const RowSum* sums,
-    std::size_t count, int bits) {
-    const int shift = bits - fractionBits;
+    std::size_t count, int weightSum) {
+    const float factor = unit / static_cast<float>(weightSum);
     for (const RowSum* row = sums; row < sums + count; ++row) {
         for (std::int64_t i = 0; i < 4 * pixels; ++i) {
-            std::int32_t sum = row->isFirst ? halfOf(shift) : row->sums[i];
+            std::int32_t sum = row->isFirst ? 0 : row->sums[i];
             for (std::size_t y = 0; y < rowsAtOnce; ++y)
                 sum += row->weights[y] * rows[y][i];
             if (row->isLast)
-                row->result[i] = cut(sum, shift);
+                row->result[i] = within16(
+                    static_cast<std::int32_t>(std::lrintf(static_cast<float>(sum) * factor)));
             else
                 row->sums[i] = sum;
         }
@@ -56,6 +62,7 @@ AlignedVector<std::int16_t> arranged(const ResamplingWeights& weights) {
 
 void addAcross(const std::int16_t* pixels, const ResamplingWeights& weights,
     const std::int16_t* arranged, std::int16_t* result) {
+    const int bits = bitsOf(weights);
     for (const ResamplingWeights::Taps& taps : weights.taps()) {
         const std::int16_t* pixel = pixels + 4 * (taps.first - weights.firstSource());
         const std::int16_t* const own = arranged + taps.offset;
@@ -65,7 +72,7 @@ void addAcross(const std::int16_t* pixels, const ResamplingWeights& weights,
                 sums[component] += own[i] * pixel[component];
         }
         for (const std::int32_t sum : sums)
-            *result++ = cut(sum + halfOf(weights.bits()), weights.bits());
+            *result++ = cut(sum + halfOf(bits), bits);
     }
 }
 
@@ -94,16 +101,16 @@ void finish(
 }
 
 void addDown(const std::int16_t* const* pairs, const std::int16_t* weights, std::int64_t count,
-    std::int64_t pixels, RowFinish rowFinish, std::uint8_t* result) {
+    int bits, std::int64_t pixels, RowFinish rowFinish, std::uint8_t* result) {
     for (std::int64_t x = 0; x < pixels; ++x) {
         std::int16_t pixel[4];
         for (std::int64_t i = 0; i < 4; ++i) {
-            std::int32_t sum = halfOf(ResamplingWeights::wideBits);
+            std::int32_t sum = halfOf(bits);
             for (std::int64_t pair = 0; pair < count; ++pair) {
                 const std::int16_t* const two = pairs[pair] + 2 * (4 * x + i);
                 sum += weights[2 * pair] * two[0] + weights[2 * pair + 1] * two[1];
             }
-            pixel[i] = cut(sum, ResamplingWeights::wideBits);
+            pixel[i] = cut(sum, bits);
         }
         finish(pixel, 1, rowFinish, result + 4 * x);
     }

@@ -6,6 +6,7 @@
 
 #include <KWToolkit/imaging/ResamplingWeights.h>
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <new>
@@ -26,6 +27,7 @@ inline constexpr std::size_t rowsAtOnce = 16;
 /// A row that rows of bytes are added up to.
 struct RowSum {
     std::int8_t weights[rowsAtOnce];
+    std::int16_t wordWeights[rowsAtOnce]; ///< the same
     bool isFirst; ///< whether there are no sums yet
     bool isLast; ///< whether the result is due, not the sums
     std::int32_t* sums; ///< in the loop's own order
@@ -60,9 +62,9 @@ struct ResamplingLoops {
     /// Multiplies the first three of each pixel's components with the last.
     void (*premultiply)(const std::uint8_t* pixels, std::int64_t count, std::uint8_t* result);
 
-    /// Adds rows of bytes to sums, with narrow weights of `bits`.
+    /// Adds rows of bytes to sums, with narrow weights that add up to `weightSum`.
     void (*addBytes)(const std::uint8_t* const* rows, std::int64_t pixels, const RowSum* sums,
-        std::size_t count, int bits);
+        std::size_t count, int weightSum);
 
     void (*widen)(const std::uint8_t* pixels, std::int64_t count, std::int16_t* result);
 
@@ -79,10 +81,15 @@ struct ResamplingLoops {
     /// Rounds to bytes, none above its alpha.
     void (*finish)(
         const std::int16_t* pixels, std::int64_t count, RowFinish finish, std::uint8_t* result);
-    /// Adds up pairs of rows, with wide weights, and finishes the sums.
+    /// Adds up pairs of rows, with wide weights that add up to 2 to `bits`, and finishes the sums.
     void (*addDown)(const std::int16_t* const* pairs, const std::int16_t* weights,
-        std::int64_t count, std::int64_t pixels, RowFinish finish, std::uint8_t* result);
+        std::int64_t count, int bits, std::int64_t pixels, RowFinish finish, std::uint8_t* result);
 };
+
+/// Wide weights add up to 2 to this.
+inline int bitsOf(const ResamplingWeights& weights) {
+    return std::countr_zero(static_cast<unsigned>(weights.sum()));
+}
 
 /// In plain C++.
 extern const ResamplingLoops portableLoops;

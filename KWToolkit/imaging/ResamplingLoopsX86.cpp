@@ -78,57 +78,66 @@ inline void prefetch(const std::uint8_t* const* rows, std::int64_t x) {
     return _mm256_add_epi32(sums, _mm256_madd_epi16(values, weights));
 }
 
+/// Sums of 32 bits become components.
+[[gnu::target("avx2")]] inline __m256i components(__m256i one, __m256i other, float factor) {
+    const __m256 factors = _mm256_set1_ps(factor);
+    return _mm256_packs_epi32(_mm256_cvtps_epi32(_mm256_mul_ps(_mm256_cvtepi32_ps(one), factors)),
+        _mm256_cvtps_epi32(_mm256_mul_ps(_mm256_cvtepi32_ps(other), factors)));
+}
+
 [[gnu::target("avx2")]] void addBytes(const std::uint8_t* const* rows, std::int64_t pixels,
-    const RowSum* sums, std::size_t count, int bits) {
-    const int shift = bits - fractionBits;
-    const __m256i ones = _mm256_set1_epi16(1);
+    const RowSum* sums, std::size_t count, int weightSum) {
+    const float factor = static_cast<float>(1 << fractionBits) / static_cast<float>(weightSum);
+    const __m256i zero = _mm256_setzero_si256();
     for (std::int64_t x = 0; x < pixels; x += 8) {
-        // The same component of four rows side by side, for the first of each four pixels, then for
-        // the second and so on.
-        __m256i fours[rowsAtOnce / 4][4];
+        // The same component of two rows side by side, as words: for the first of each four pixels,
+        // then for the second and so on.
+        __m256i twos[rowsAtOnce / 2][4];
         prefetch(rows, x);
-        for (std::size_t y = 0; y < rowsAtOnce; y += 4) {
-            const __m256i row[] {load(rows[y] + 4 * x), load(rows[y + 1] + 4 * x),
-                load(rows[y + 2] + 4 * x), load(rows[y + 3] + 4 * x)};
-            const __m256i low[] {
-                _mm256_unpacklo_epi8(row[0], row[1]), _mm256_unpacklo_epi8(row[2], row[3])};
-            const __m256i high[] {
-                _mm256_unpackhi_epi8(row[0], row[1]), _mm256_unpackhi_epi8(row[2], row[3])};
-            fours[y / 4][0] = _mm256_unpacklo_epi16(low[0], low[1]);
-            fours[y / 4][1] = _mm256_unpackhi_epi16(low[0], low[1]);
-            fours[y / 4][2] = _mm256_unpacklo_epi16(high[0], high[1]);
-            fours[y / 4][3] = _mm256_unpackhi_epi16(high[0], high[1]);
+        for (std::size_t y = 0; y < rowsAtOnce; y += 2) {
+            const __m256i one = load(rows[y] + 4 * x);
+            const __m256i other = load(rows[y + 1] + 4 * x);
+            const __m256i low = _mm256_unpacklo_epi8(one, other);
+            const __m256i high = _mm256_unpackhi_epi8(one, other);
+            twos[y / 2][0] = _mm256_unpacklo_epi8(low, zero);
+            twos[y / 2][1] = _mm256_unpackhi_epi8(low, zero);
+            twos[y / 2][2] = _mm256_unpacklo_epi8(high, zero);
+            twos[y / 2][3] = _mm256_unpackhi_epi8(high, zero);
         }
         for (const RowSum* row = sums; row < sums + count; ++row) {
             __m256i sum[4];
             for (std::size_t i = 0; i < 4; ++i)
-                sum[i] = row->isFirst ? _mm256_set1_epi32(1 << (shift - 1))
-                                      : load(row->sums + 4 * x + 8 * i);
-            for (std::size_t y = 0; y < rowsAtOnce; y += 4) {
-                const __m256i weights = _mm256_set1_epi32(wordAt(row->weights + y));
-                // Two weights are 128 at most, so two products are no more than 16 bits.
+                sum[i] = row->isFirst ? zero : load(row->sums + 4 * x + 8 * i);
+            for (std::size_t y = 0; y < rowsAtOnce; y += 2) {
+                const __m256i weights = _mm256_set1_epi32(wordAt(row->wordWeights + y));
                 for (std::size_t i = 0; i < 4; ++i)
-                    sum[i] =
-                        addProducts(sum[i], _mm256_maddubs_epi16(fours[y / 4][i], weights), ones);
+                    sum[i] = addProducts(sum[i], twos[y / 2][i], weights);
             }
             if (!row->isLast) {
                 for (std::size_t i = 0; i < 4; ++i)
                     store(row->sums + 4 * x + 8 * i, sum[i]);
                 continue;
             }
-            const __m256i firstTwo = cut(sum[0], sum[1], shift);
-            const __m256i lastTwo = cut(sum[2], sum[3], shift);
+            const __m256i firstTwo = components(sum[0], sum[1], factor);
+            const __m256i lastTwo = components(sum[2], sum[3], factor);
             store(row->result + 4 * x, _mm256_permute2x128_si256(firstTwo, lastTwo, 0x20));
             store(row->result + 4 * x + 16, _mm256_permute2x128_si256(firstTwo, lastTwo, 0x31));
         }
     }
 }
 
+[[gnu::target("avx2,avx512f,avx512bw,avx512vl,avx512vnni")]] inline __m512i componentsVnni(
+    __m512i one, __m512i other, float factor) {
+    const __m512 factors = _mm512_set1_ps(factor);
+    return _mm512_packs_epi32(_mm512_cvtps_epi32(_mm512_mul_ps(_mm512_cvtepi32_ps(one), factors)),
+        _mm512_cvtps_epi32(_mm512_mul_ps(_mm512_cvtepi32_ps(other), factors)));
+}
+
 /// As above, with twice the width and four products at once.
 [[gnu::target("avx2,avx512f,avx512bw,avx512vl,avx512vnni")]] void addBytesVnni(
     const std::uint8_t* const* rows, std::int64_t pixels, const RowSum* sums, std::size_t count,
-    int bits) {
-    const int shift = bits - fractionBits;
+    int weightSum) {
+    const float factor = static_cast<float>(1 << fractionBits) / static_cast<float>(weightSum);
     const __m512i firstHalf = _mm512_setr_epi64(0, 1, 8, 9, 2, 3, 10, 11);
     const __m512i secondHalf = _mm512_setr_epi64(4, 5, 12, 13, 6, 7, 14, 15);
     for (std::int64_t x = 0; x < pixels; x += 16) {
@@ -150,7 +159,7 @@ inline void prefetch(const std::uint8_t* const* rows, std::int64_t x) {
         for (const RowSum* row = sums; row < sums + count; ++row) {
             __m512i sum[4];
             for (std::size_t i = 0; i < 4; ++i)
-                sum[i] = row->isFirst ? _mm512_set1_epi32(1 << (shift - 1))
+                sum[i] = row->isFirst ? _mm512_setzero_si512()
                                       : _mm512_loadu_si512(row->sums + 4 * x + 16 * i);
             for (std::size_t y = 0; y < rowsAtOnce; y += 4) {
                 const __m512i weights = _mm512_set1_epi32(wordAt(row->weights + y));
@@ -162,11 +171,8 @@ inline void prefetch(const std::uint8_t* const* rows, std::int64_t x) {
                     _mm512_storeu_si512(row->sums + 4 * x + 16 * i, sum[i]);
                 continue;
             }
-            const __m128i bitsCut = _mm_cvtsi32_si128(shift);
-            const __m512i firstTwo = _mm512_packs_epi32(
-                _mm512_sra_epi32(sum[0], bitsCut), _mm512_sra_epi32(sum[1], bitsCut));
-            const __m512i lastTwo = _mm512_packs_epi32(
-                _mm512_sra_epi32(sum[2], bitsCut), _mm512_sra_epi32(sum[3], bitsCut));
+            const __m512i firstTwo = componentsVnni(sum[0], sum[1], factor);
+            const __m512i lastTwo = componentsVnni(sum[2], sum[3], factor);
             _mm512_storeu_si512(
                 row->result + 4 * x, _mm512_permutex2var_epi64(firstTwo, firstHalf, lastTwo));
             _mm512_storeu_si512(
@@ -215,7 +221,8 @@ AlignedVector<std::int16_t> arranged(const ResamplingWeights& weights) {
 [[gnu::target("avx2")]] void addAcross(const std::int16_t* pixels, const ResamplingWeights& weights,
     const std::int16_t* arranged, std::int16_t* result) {
     const auto& taps = weights.taps();
-    const __m256i half = _mm256_set1_epi32(1 << (weights.bits() - 1));
+    const int bits = bitsOf(weights);
+    const __m256i half = _mm256_set1_epi32(1 << (bits - 1));
     for (std::size_t i = 0; i < taps.size(); i += 4, result += 16) {
         __m256i sums[4];
         for (std::size_t k = 0; k < 4; ++k) {
@@ -224,7 +231,7 @@ AlignedVector<std::int16_t> arranged(const ResamplingWeights& weights) {
                 arranged + 4 * own.offset, own.count);
         }
         const __m256i values = cut(_mm256_add_epi32(joined(sums[0], sums[1]), half),
-            _mm256_add_epi32(joined(sums[2], sums[3]), half), weights.bits());
+            _mm256_add_epi32(joined(sums[2], sums[3]), half), bits);
         store(result, _mm256_permute4x64_epi64(values, 0b11'01'10'00));
     }
 }
@@ -247,8 +254,9 @@ AlignedVector<std::int16_t> arranged(const ResamplingWeights& weights) {
 [[gnu::target("avx2,avx512f,avx512bw,avx512vl,avx512vnni")]] void addAcrossVnni(
     const std::int16_t* pixels, const ResamplingWeights& weights, const std::int16_t* arranged,
     std::int16_t* result) {
-    const __m512i half = _mm512_set1_epi32(1 << (weights.bits() - 1));
-    const __m128i shift = _mm_cvtsi32_si128(weights.bits());
+    const int bits = bitsOf(weights);
+    const __m512i half = _mm512_set1_epi32(1 << (bits - 1));
+    const __m128i shift = _mm_cvtsi32_si128(bits);
     const auto& taps = weights.taps();
     const std::int64_t origin = weights.firstSource();
     const bool isOneStep = weights.maximumCount() <= 8;
@@ -318,12 +326,12 @@ struct Finish {
 }
 
 [[gnu::target("avx2")]] void addDown(const std::int16_t* const* pairs, const std::int16_t* weights,
-    std::int64_t count, std::int64_t pixels, RowFinish rowFinish, std::uint8_t* result) {
+    std::int64_t count, int bits, std::int64_t pixels, RowFinish rowFinish, std::uint8_t* result) {
     const Finish finish(rowFinish);
     const __m256i order = _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7);
     for (std::int64_t i = 0; i < 4 * pixels; i += 32) {
         __m256i sum[4];
-        std::fill_n(sum, 4, _mm256_set1_epi32(1 << (ResamplingWeights::wideBits - 1)));
+        std::fill_n(sum, 4, _mm256_set1_epi32(1 << (bits - 1)));
         for (std::int64_t pair = 0; pair < count; ++pair) {
             const __m256i two = _mm256_set1_epi32(wordAt(weights + 2 * pair));
             for (std::int64_t k = 0; k < 4; ++k)
@@ -331,15 +339,13 @@ struct Finish {
         }
         store(result + i,
             _mm256_permutevar8x32_epi32(
-                finished(cut(sum[0], sum[1], ResamplingWeights::wideBits),
-                    cut(sum[2], sum[3], ResamplingWeights::wideBits), finish),
-                order));
+                finished(cut(sum[0], sum[1], bits), cut(sum[2], sum[3], bits), finish), order));
     }
 }
 
 /// As above, with twice the width.
 [[gnu::target("avx2,avx512f,avx512bw,avx512vl,avx512vnni")]] void addDownVnni(
-    const std::int16_t* const* pairs, const std::int16_t* weights, std::int64_t count,
+    const std::int16_t* const* pairs, const std::int16_t* weights, std::int64_t count, int bits,
     std::int64_t pixels, RowFinish rowFinish, std::uint8_t* result) {
     const Finish finish(rowFinish);
     const __m512i opaque = _mm512_broadcast_i32x4(finish.opaque);
@@ -350,7 +356,7 @@ struct Finish {
     for (std::int64_t i = 0; i < 4 * pixels; i += 64) {
         __m512i sum[4];
         for (__m512i& part : sum)
-            part = _mm512_set1_epi32(1 << (ResamplingWeights::wideBits - 1));
+            part = _mm512_set1_epi32(1 << (bits - 1));
         for (std::int64_t pair = 0; pair < count; ++pair) {
             const __m512i two = _mm512_set1_epi32(wordAt(weights + 2 * pair));
             for (std::int64_t k = 0; k < 4; ++k)
@@ -358,7 +364,7 @@ struct Finish {
                     sum[k], _mm512_loadu_si512(pairs[pair] + 2 * i + 32 * k), two);
         }
         for (__m512i& part : sum)
-            part = _mm512_srai_epi32(part, ResamplingWeights::wideBits);
+            part = _mm512_sra_epi32(part, _mm_cvtsi32_si128(bits));
         const __m512i one = _mm512_adds_epi16(_mm512_packs_epi32(sum[0], sum[1]), half);
         const __m512i other = _mm512_adds_epi16(_mm512_packs_epi32(sum[2], sum[3]), half);
         __m512i bytes = _mm512_packus_epi16(

@@ -110,36 +110,47 @@ Kernel kernelOf(std::int32_t interpolationQuality) {
 }
 
 /// Whole weights whose partial sums are the rounded real ones, so that they add up exactly.
-void appendWhole(const std::vector<double>& weights, int bits, std::vector<std::int16_t>& values) {
+void appendWhole(
+    const std::vector<double>& weights, int wholeSum, std::vector<std::int16_t>& values) {
     const double sum = std::accumulate(weights.begin(), weights.end(), 0.0);
     double partial = 0;
     long written = 0;
     for (const double weight : weights) {
         partial += weight;
-        const long next = std::lround(std::ldexp(partial / sum, bits));
+        const long next = std::lround(partial / sum * wholeSum);
         values.push_back(static_cast<std::int16_t>(next - written));
         written = next;
     }
 }
 
-/// The largest weight is about 1 / scale, at an edge a quarter more.
-int narrowBits(std::int64_t sourceSide, std::int64_t scaledSide) {
-    return std::min(
-        std::ilogb(48 * static_cast<double>(sourceSide) / static_cast<double>(scaledSide)), 13);
+bool hasMany(std::int32_t interpolationQuality) {
+    return interpolationQuality == NSImageInterpolationHigh
+        || interpolationQuality == NSImageInterpolationMedium;
+}
+
+/// As much as leaves the largest weight, which is about 1 / scale and at an edge a quarter more, in
+/// its bits, and all sums in 32.
+int wholeSum(double scale, std::int32_t interpolationQuality, ResamplingWeights::Width width) {
+    constexpr int atMost = 1 << 16;
+    constexpr int wide = 1 << 14;
+    if (width == ResamplingWeights::Width::narrow)
+        return static_cast<int>(std::min(98 * scale, static_cast<double>(16 * atMost)));
+    return scale >= 4 && hasMany(interpolationQuality) ? atMost : wide;
 }
 
 } // namespace
 
 bool ResamplingWeights::mayBeNarrow(
     std::int64_t sourceSide, std::int64_t scaledSide, std::int32_t interpolationQuality) {
-    const bool hasMany = interpolationQuality == NSImageInterpolationHigh
-        || interpolationQuality == NSImageInterpolationMedium;
-    return hasMany && narrowBits(sourceSide, scaledSide) >= 8;
+    constexpr double least = 5.33;
+    return hasMany(interpolationQuality)
+        && static_cast<double>(sourceSide) / static_cast<double>(scaledSide) >= least;
 }
 
 ResamplingWeights::ResamplingWeights(std::int64_t sourceSide, std::int64_t scaledSide,
     std::int64_t first, std::int64_t count, std::int32_t interpolationQuality, Width width)
-    : m_bits(width == Width::narrow ? narrowBits(sourceSide, scaledSide) : wideBits) {
+    : m_sum(wholeSum(static_cast<double>(sourceSide) / static_cast<double>(scaledSide),
+          interpolationQuality, width)) {
     const Kernel kernel = kernelOf(interpolationQuality);
     const double scale = static_cast<double>(sourceSide) / static_cast<double>(scaledSide);
     const double radius = kernel.radius(scale);
@@ -165,7 +176,7 @@ ResamplingWeights::ResamplingWeights(std::int64_t sourceSide, std::int64_t scale
         } else {
             kernel.weigh({centerOf(i), scale, sourceSide}, real);
             taps = {real.first, static_cast<std::int64_t>(real.weights.size()), m_values.size()};
-            appendWhole(real.weights, m_bits, m_values);
+            appendWhole(real.weights, m_sum, m_values);
             m_values.resize((m_values.size() + padding - 1) / padding * padding);
         }
         m_firstSource = std::min(m_firstSource, taps.first);

@@ -82,6 +82,13 @@ std::optional<NSColor> NSColor::colorUsingColorSpace(CGColorSpace space) const {
     if (from == to && to != CGColorSpaceModel::pattern)
         return NSColor(space, m_components, m_alpha);
 
+    if (from == CGColorSpaceModel::CMYK && to == CGColorSpaceModel::monochrome)
+        return NSColor(space,
+            {1
+                - std::min(1.0,
+                    0.3 * m_components[0] + 0.59 * m_components[1] + 0.11 * m_components[2]
+                        + m_components[3])},
+            m_alpha);
     double red = 0, green = 0, blue = 0;
     switch (from) {
     case CGColorSpaceModel::monochrome:

@@ -98,6 +98,10 @@ TEST(AdjustGamma, EqualsTheWalk) {
         {layoutOf(90, 70, 32, last), -1, nullptr},
         {layoutOf(90, 70, 32, noneSkipFirst, 0, 8, little), 3, nullptr},
         {layoutOf(90, 70, 24, none, 101), 2, nullptr},
+        {layoutOf(90, 70, 32, noneSkipLast), 3, nullptr},
+        {layoutOf(200, 31, 24, none, 559'236), 0, &ramp}, // through bit 2^27 and pixel 2^24
+        {layoutOf(7, 700, 32, premultipliedLast, 30'001), 2, nullptr}, // hardly wider than an edge
+        {layoutOf(13, 700, 32, premultipliedLast, 30'001), 2, nullptr},
         {layoutOf(30, 20, 64, premultipliedLast, 0, 16, little), 2, nullptr},
         {layoutOf(30, 20, 48, none, 0, 16), 0, &ramp},
         // Rows so far apart that few pixels reach high indices: to 2^22, 2^23, 2^24, 2^25 and on.

@@ -105,6 +105,9 @@ TEST(NSColor, RefusesWhatItHasNot) {
         red.colorUsingColorSpace(CGColorSpace::deviceGray), NSColor::colorWithDeviceWhite(0.3, 1));
     EXPECT_EQ(red.colorUsingColorSpace(CGColorSpace::deviceCMYK),
         NSColor::colorWithDeviceCyan(0, 1, 1, 0, 1));
+    EXPECT_EQ(NSColor::colorWithDeviceCyan(1, 0, 0, 0.5, 1)
+                  .colorUsingColorSpace(CGColorSpace::deviceGray),
+        NSColor::colorWithDeviceWhite(1 - (0.3 + 0.5), 1));
     EXPECT_EQ(NSColor::colorWithDeviceCyan(0.25, 0, 0.5, 0.75, 1)
                   .colorUsingColorSpace(CGColorSpace::deviceRGB),
         NSColor::colorWithDeviceRed(0, 0.25, 0, 1));
@@ -156,6 +159,25 @@ TEST(NSBitmapImageRep, StoresColorsInItsOwnFormat) {
         EXPECT_TRUE(std::equal(row.stored.begin(), row.stored.end(), again->bitmapData()));
         EXPECT_FALSE(bitmap->colorAt(0, -1));
     }
+}
+
+TEST(NSBitmapImageRep, ChangesNoImageThatItHandedOut) {
+    const auto bitmap = NSBitmapImageRep::initWithLayout(CGImageLayout::premultipliedRGBA(1, 1));
+    const CGImageRef before = bitmap->CGImage();
+    EXPECT_EQ(bitmap->CGImage(), before);
+    bitmap->setColor(NSColor::whiteColor(), 0, 0);
+    EXPECT_EQ(before->row(0)[0], 0);
+    EXPECT_EQ(bitmap->CGImage()->row(0)[0], 255);
+}
+
+TEST(NSImage, GivesTheBitmapThatFillsARectangle) {
+    NSImage image;
+    image.addRepresentation(std::make_shared<test::OtherRep>(NSSize {50, 50}));
+    for (const std::int64_t side : {64, 16, 32})
+        image.addRepresentation(test::opaqueBitmap(side, side));
+    const std::pair<double, std::int64_t> rows[] {{10, 16}, {16, 16}, {17, 32}, {64, 64}, {99, 64}};
+    for (const auto& [wanted, side] : rows)
+        EXPECT_EQ(image.CGImageForProposedRect({{}, {wanted, 5}})->width(), side) << wanted;
 }
 
 TEST(CGImageLayout, IsValidWherePixelsFit) {

@@ -72,6 +72,27 @@ TEST(ScaledImage, LiesWhereTheRuleSays) {
     }
 }
 
+// Each pixel is as bright as it lies to the right and down.
+TEST(ScaledImage, IsCutOffAtTheFarSide) {
+    const CGImageLayout layout {.width = 40,
+        .height = 20,
+        .bitsPerPixel = 24,
+        .bytesPerRow = 120,
+        .alphaInfo = CGImageAlphaInfo::none};
+    std::vector<std::uint8_t> bytes;
+    for (std::uint8_t y = 0; y < 20; ++y) {
+        for (std::uint8_t x = 0; x < 40; ++x)
+            bytes.insert(bytes.end(), {x, y, 0});
+    }
+    const auto low = kwCreateScaledCGImageFromCGImage(
+        imageOf(layout, bytes), 40, 10, true, true, true, 1, NSImageInterpolationNone);
+    // 40 by 20 at (0, 5) in 40 by 10: its lowest rows, 5 of them, above 5 empty ones.
+    EXPECT_EQ(low->row(0)[1], 15);
+    EXPECT_EQ(low->row(4)[1], 19);
+    EXPECT_EQ(low->row(5)[3], 0);
+    EXPECT_EQ(low->row(4)[4 * 39], 39);
+}
+
 TEST(ScaledImage, IsNullWhereThereIsNoCanvas) {
     constexpr auto huge = std::numeric_limits<std::int64_t>::max();
     struct {
@@ -125,28 +146,39 @@ TEST(ScaledImage, InterpolatesAsAskedFor) {
                                  .bytesPerRow = 4,
                                  .colorSpace = CGColorSpace::deviceGray,
                                  .alphaInfo = CGImageAlphaInfo::none},
-        {0, 100, 20, 200});
-    const auto scaled = [&](std::int64_t width, std::int32_t quality, double alpha = 1) {
-        return kwCreateScaledCGImageFromCGImage(row, width, 1, false, true, false, alpha, quality);
+        {90, 100, 20, 200});
+    CGImageLayout columnLayout = row->layout();
+    std::swap(columnLayout.width, columnLayout.height);
+    columnLayout.bytesPerRow = 1;
+    const auto column = imageOf(columnLayout, {90, 100, 20, 200});
+    // In either direction.
+    const auto scaled = [&](std::int64_t side, std::int32_t quality, double alpha = 1) {
+        auto across =
+            kwCreateScaledCGImageFromCGImage(row, side, 1, false, true, false, alpha, quality);
+        const auto down =
+            kwCreateScaledCGImageFromCGImage(column, 1, side, false, true, false, alpha, quality);
+        EXPECT_TRUE(std::equal(across->row(0), across->row(1), down->row(0))) << side;
+        return across;
     };
     using Reds = std::vector<int>;
     EXPECT_EQ(reds(scaled(2, NSImageInterpolationNone)), (Reds {100, 200}));
-    EXPECT_EQ(reds(scaled(8, NSImageInterpolationNone)), (Reds {0, 0, 100, 100, 20, 20, 200, 200}));
-    EXPECT_EQ(reds(scaled(8, NSImageInterpolationLow)), (Reds {0, 25, 75, 80, 40, 65, 155, 200}));
-    EXPECT_EQ(reds(scaled(2, NSImageInterpolationLow)), (Reds {50, 110}));
+    EXPECT_EQ(
+        reds(scaled(8, NSImageInterpolationNone)), (Reds {90, 90, 100, 100, 20, 20, 200, 200}));
+    EXPECT_EQ(reds(scaled(8, NSImageInterpolationLow)), (Reds {90, 93, 98, 80, 40, 65, 155, 200}));
+    EXPECT_EQ(reds(scaled(2, NSImageInterpolationLow)), (Reds {95, 110}));
     EXPECT_EQ(reds(scaled(1, NSImageInterpolationLow)), (Reds {60})); // the middle two
-    EXPECT_EQ(reds(scaled(1, NSImageInterpolationMedium)), (Reds {80}));
-    EXPECT_EQ(reds(scaled(3, NSImageInterpolationMedium)), (Reds {25, 60, 155}));
+    EXPECT_EQ(reds(scaled(1, NSImageInterpolationMedium)), (Reds {103}));
+    EXPECT_EQ(reds(scaled(3, NSImageInterpolationMedium)), (Reds {93, 60, 155}));
     EXPECT_EQ(
         reds(scaled(8, NSImageInterpolationMedium)), reds(scaled(8, NSImageInterpolationLow)));
     for (const std::int32_t unknown : {0, 5, -1, 1 << 30})
         EXPECT_EQ(reds(scaled(8, unknown)), reds(scaled(8, NSImageInterpolationLow)));
-    EXPECT_EQ(reds(scaled(4, NSImageInterpolationHigh)), (Reds {0, 100, 20, 200}));
+    EXPECT_EQ(reds(scaled(4, NSImageInterpolationHigh)), (Reds {90, 100, 20, 200}));
     // Never more than half; and what is no opacity is none.
-    EXPECT_EQ(reds(scaled(4, NSImageInterpolationHigh, 0.5)), (Reds {0, 50, 10, 100}));
+    EXPECT_EQ(reds(scaled(4, NSImageInterpolationHigh, 0.5)), (Reds {45, 50, 10, 100}));
     EXPECT_EQ(scaled(4, 3, 0.5)->row(0)[3], 127);
     EXPECT_EQ(reds(scaled(4, 3, std::nan(""))), (Reds {0, 0, 0, 0}));
-    EXPECT_EQ(reds(scaled(4, 3, 7)), (Reds {0, 100, 20, 200}));
+    EXPECT_EQ(reds(scaled(4, 3, 7)), (Reds {90, 100, 20, 200}));
 }
 
 double lanczos(double x) {
@@ -184,14 +216,31 @@ std::vector<double> formula(
     return result;
 }
 
-// Noise is the hardest; pictures come to 60.
+/// Of what a picture is made.
+enum class Content { noise, rows, columns };
+
+std::vector<std::uint8_t> pictureOf(Content content, std::int64_t width, std::int64_t height) {
+    auto bytes = randomRGBA(width * height, 7);
+    for (std::size_t i = 0; content != Content::noise && i < bytes.size(); ++i) {
+        const std::size_t x = i / 4 % static_cast<std::size_t>(width);
+        const std::size_t y = i / 4 / static_cast<std::size_t>(width);
+        const bool isWhite = (content == Content::rows ? y : x) % 2 == 0 || i % 4 == 3;
+        bytes[i] = isWhite ? 255 : 0;
+    }
+    return bytes;
+}
+
+// Noise and stripes are the hardest; pictures come to 60.
 TEST(ScaledImage, IsCloseToTheFormula) {
     struct {
         std::int64_t width, height, newWidth, newHeight;
-    } rows[] {{200, 160, 19, 15}, {97, 203, 60, 31}, {17, 23, 40, 61}, {64, 64, 64, 5},
-        {30, 300, 90, 7}, {300, 30, 9, 41}, {1, 700, 3, 1}, {160, 160, 20, 20}};
+        Content content = Content::noise;
+        double decibels = 52;
+    } rows[] {{20, 1000, 20, 110, Content::rows, 44}, {1000, 20, 110, 20, Content::columns, 52},
+        {200, 160, 19, 15}, {97, 203, 60, 31}, {17, 23, 40, 61}, {64, 64, 64, 5}, {30, 300, 90, 7},
+        {300, 30, 9, 41}, {1, 700, 3, 1}, {160, 160, 20, 20}};
     for (const auto& row : rows) {
-        const auto bytes = randomRGBA(row.width * row.height, 7);
+        const auto bytes = pictureOf(row.content, row.width, row.height);
         auto expected = formula({bytes.begin(), bytes.end()}, 4, row.width, row.newWidth);
         expected = formula(
             expected, static_cast<std::size_t>(4 * row.newWidth), row.height, row.newHeight);
@@ -206,8 +255,8 @@ TEST(ScaledImage, IsCloseToTheFormula) {
         }
         const double decibels =
             10 * std::log10(255 * 255 * static_cast<double>(expected.size()) / squares);
-        EXPECT_GT(decibels, 52) << row.width << "x" << row.height << " to " << row.newWidth << "x"
-                                << row.newHeight;
+        EXPECT_GT(decibels, row.decibels)
+            << row.width << "x" << row.height << " to " << row.newWidth << "x" << row.newHeight;
     }
 }
 
@@ -297,11 +346,12 @@ TEST(ResamplingLoops, GiveTheSameOnEveryMachine) {
         RowSum sum {.isFirst = true, .isLast = false, .sums = kept.data(), .result = sums.data()};
         std::copy_n(narrow.values().begin() + static_cast<std::ptrdiff_t>(narrow.taps()[5].offset)
                 + narrow.taps()[5].count / 3,
-            rowsAtOnce, sum.weights);
-        loops->addBytes(rows, pixels, &sum, 1, narrow.bits());
+            rowsAtOnce, sum.wordWeights);
+        std::ranges::copy(sum.wordWeights, sum.weights);
+        loops->addBytes(rows, pixels, &sum, 1, narrow.sum());
         sum.isFirst = false;
         sum.isLast = true;
-        loops->addBytes(rows, pixels, &sum, 1, narrow.bits());
+        loops->addBytes(rows, pixels, &sum, 1, narrow.sum());
         keep(sums, pixels);
         loops->widen(rows[1], pixels, wide.data());
         for (const std::int64_t to : {57, 21, 203, 4}) {
@@ -318,7 +368,7 @@ TEST(ResamplingLoops, GiveTheSameOnEveryMachine) {
         loops->interleave(sums.data(), wide.data(), pixels, pair.data());
         const std::int16_t* const pairs[] {pair.data(), pair.data()};
         for (const bool isOpaque : {false, true}) {
-            loops->addDown(pairs, downWeights, 2, pixels,
+            loops->addDown(pairs, downWeights, 2, 14, pixels,
                 {.swapsRedAndBlue = !isOpaque, .isOpaque = isOpaque}, bytes.data());
             keep(bytes, pixels);
         }

@@ -14,6 +14,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <string>
@@ -44,7 +45,7 @@ TEST(BestRepresentation, IsTheClosest) {
         {{{50, 100}, {150, 100}}, {100, 100}, 0},
         {{{32, 32}, {100, 100}}, {0, 0}, 0},
         {{{32, 32}, {100, 100}}, {nan, 100}, 0},
-        {{{70000, 1}, {90000, 1}}, {100, 100}, 0},
+        {{{90000, 1}, {70000, 1}}, {100, 100}, 0},
         {{{-5, 7}, {0, 0}, {-1, 0}}, {1, 1}, 1},
         // Single precision keeps more than this sum, so the later one of the same score wins.
         {{{2.7, 1.33}, {1.33, 2.7}}, {1, 1}, 1},
@@ -92,7 +93,8 @@ TEST(Thumb, TakesSizesInPoints) {
         {{0, 10}, "none", "none"},
         {{10, -1}, "none", "none"},
         {{nan, 10}, "none", "none"},
-        {{10, 1e300}, "10x5", "none"},
+        {{10, nan}, "none", "none"},
+        {{10, 1e300}, "none", "none"},
         {{1e18, 1e18}, "none", "none"},
     };
     for (const auto& row : rows) {
@@ -105,6 +107,49 @@ TEST(Thumb, TakesSizesInPoints) {
     EXPECT_EQ(thumbForSize(*bitmap, {2, 2}, false, 0.25F)->bitmapData()[3], 63);
     bitmap->setSize({4, 0});
     EXPECT_EQ(thumbForSize(*bitmap, {2, 2}, false), nullptr);
+}
+
+// What the short forms leave out, and the long ones pass on.
+TEST(Thumb, IsTheScaledImage) {
+    const auto bitmap = NSBitmapImageRep::initWithCGImage(
+        imageOf(CGImageLayout::premultipliedRGBA(31, 23), test::randomRGBA(31 * 23, 2)));
+    NSImage image;
+    image.addRepresentation(bitmap);
+    HeadlessImageDecoder decoder;
+    const ServiceScope scope(decoder);
+    decoder.pictures["a"] = {bitmap->CGImage()};
+    const auto scaled = [&](bool keepsSquare, double alpha, int quality) {
+        return kwCreateScaledCGImageFromCGImage(
+            bitmap->CGImage(), 12, 9, true, true, keepsSquare, alpha, quality);
+    };
+    const auto ofImage = [](const std::shared_ptr<NSImage>& thumb) {
+        return std::dynamic_pointer_cast<NSBitmapImageRep>(thumb->representations().at(0));
+    };
+    const NSSize size {12, 9};
+    const auto low = NSImageInterpolationLow;
+    struct {
+        std::shared_ptr<NSBitmapImageRep> thumb;
+        CGImageRef expected;
+    } rows[] {
+        {thumbForSize(*bitmap, size, true), scaled(false, 1, 3)},
+        {thumbForSize(*bitmap, size, true, 0.5F), scaled(false, 0.5, 3)},
+        {squareThumbForSize(*bitmap, size, true), scaled(true, 1, 3)},
+        {ofImage(thumbForSize(image, size, true)), scaled(false, 1, 3)},
+        {ofImage(thumbForSize(image, size, true, 0.5F)), scaled(false, 0.5, 3)},
+        {ofImage(squareThumbForSize(image, size, true)), scaled(true, 1, 3)},
+        {ofImage(thumbForSize(image, size, true, true, low, true, false, 0.25F)),
+            scaled(true, 0.25, low)},
+        {thumbFromFile("a", {12, 8}, true, false, low, true, false, 0.25F),
+            kwCreateScaledCGImageFromCGImage(
+                bitmap->CGImage(), 11, 8, false, true, false, 0.25, low)},
+    };
+    for (const auto& row : rows) {
+        ASSERT_TRUE(row.thumb && row.expected);
+        ASSERT_EQ(row.thumb->layout(), row.expected->layout());
+        EXPECT_TRUE(std::equal(row.expected->row(0), row.expected->row(row.expected->height()),
+            row.thumb->bitmapData()))
+            << &row - rows;
+    }
 }
 
 TEST(Thumb, OfAnImageIsThatOfTheBestRepresentation) {
@@ -154,6 +199,8 @@ TEST(FileThumbnail, IsUprightWithinItsBox) {
             reds.push_back(thumb->bitmapData()[4 * i]);
         EXPECT_EQ(reds, row.reds) << row.orientation;
     }
+    decoder.pictures["a"].orientation = 9;
+    EXPECT_EQ(sizeOf(thumbFromFile("a", {100, 100})), "3x2");
 }
 
 TEST(FileThumbnail, FitsItsBox) {
@@ -179,10 +226,10 @@ TEST(FileThumbnail, FitsItsBox) {
         {"turned", {100.9, 50}, true, true, "100x50", {100, 26}},
         {"turned", {30, 20}, false, false, "30x20", {40, 60}},
         {"wide", {999, 999}, true, false, "400x100", {800, 200}},
-        {"wide", {1, 1}, true, false, "1x1", {2, 2}},
-        {"wide", {0.5, 1}, true, false, "none", {}},
+        {"wide", {1, 1}, true, false, "1x1", {2, 2}}, {"wide", {0.5, 1}, true, false, "none", {}},
         {"wide", {std::nan(""), 1}, true, false, "none", {}},
         {"none", {10, 10}, true, false, "none", {}},
+        {"wide", {0x1p31, 0x1p31}, true, true, "none", {}}, // no canvas
     };
     for (const auto& row : rows) {
         decoder.lastWantedSize = {};
