@@ -117,7 +117,7 @@ TEST(AdjustGamma, EqualsTheWalk) {
     for (const auto& row : rows) {
         const auto one = NSBitmapImageRep::initWithLayout(row.layout);
         const auto other = NSBitmapImageRep::initWithLayout(row.layout);
-        std::mt19937 random(11);
+        std::mt19937 random(12);
         const std::int64_t bytes = row.layout.width * row.layout.bitsPerPixel / 8;
         for (std::int64_t y = 0; y < row.layout.height; ++y) {
             const std::int64_t begin = y * row.layout.bytesPerRow;
