@@ -19,7 +19,7 @@ public:
     };
 
     /// Narrow weights are bytes. Of many, their errors mostly cancel out: a photo keeps 59 dB, and
-    /// stripes as fine as pixels 46.
+    /// stripes as fine as pixels 51.
     enum class Width { narrow, wide };
     /// Whether a reduction is such that narrow weights are as good as wide ones.
     static bool mayBeNarrow(

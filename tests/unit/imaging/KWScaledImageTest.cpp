@@ -236,7 +236,7 @@ TEST(ScaledImage, IsCloseToTheFormula) {
         std::int64_t width, height, newWidth, newHeight;
         Content content = Content::noise;
         double decibels = 52;
-    } rows[] {{20, 1000, 20, 110, Content::rows, 44}, {1000, 20, 110, 20, Content::columns, 52},
+    } rows[] {{20, 1000, 20, 110, Content::rows, 50}, {1000, 20, 110, 20, Content::columns, 52},
         {200, 160, 19, 15}, {97, 203, 60, 31}, {17, 23, 40, 61}, {64, 64, 64, 5}, {30, 300, 90, 7},
         {300, 30, 9, 41}, {1, 700, 3, 1}, {160, 160, 20, 20}};
     for (const auto& row : rows) {
