@@ -68,7 +68,7 @@ inline std::int32_t wordAt(const void* bytes) {
 
 /// Rows lie in pages of their own, where the machine does not look ahead.
 inline void prefetch(const std::uint8_t* const* rows, std::int64_t x) {
-    constexpr std::int64_t bytesAhead = 1024;
+    constexpr std::int64_t bytesAhead = 512;
     for (std::size_t y = 0; y < rowsAtOnce; ++y)
         _mm_prefetch(reinterpret_cast<const char*>(rows[y] + 4 * x + bytesAhead), _MM_HINT_T0);
 }
