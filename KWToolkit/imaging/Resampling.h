@@ -29,9 +29,8 @@ inline std::optional<std::int64_t> wholePixels(double side) {
     return static_cast<std::int64_t>(side);
 }
 
-/// Draws an image of 8 bits a component into a rectangle of a transparent canvas (premultiplied
-/// RGBA, from the top down), cut off at the canvas's edges. False where
-/// there is no memory for it.
+/// Draws an image of any depth into a rectangle of a transparent canvas (premultiplied RGBA, from
+/// the top down), cut off at the canvas's edges. False where there is no memory for it.
 bool drawScaled(const CGImage& image, const PixelRect& rect, std::int32_t interpolationQuality,
     double alpha, std::uint8_t* canvas, const CGImageLayout& canvasLayout);
 

@@ -157,13 +157,17 @@ TEST(ImageDecoder, RefusesWhatIsNoPictureOrTooMuch) {
         const auto last = R"(<use xlink:href="#a)" + std::to_string(i - 1) + R"("/>)";
         uses += R"(<g id="a)" + std::to_string(i) + R"(">)" + last + last + "</g>";
     }
-    std::string deep;
+    std::string deep, deepEnd;
     std::string attributes;
     std::string style = "<style>";
+    std::string selectors, elements;
     for (int i = 0; i < 20000; ++i) {
         deep += "<g>";
+        deepEnd += "</g>";
         attributes += " a" + std::to_string(i) + "='1'";
         style += ".a{}<a/>";
+        selectors += ",.a";
+        elements += "<g/>";
     }
     const std::pair<const char*, std::string> cases[] {
         {"nothing", ""},
@@ -173,14 +177,15 @@ TEST(ImageDecoder, RefusesWhatIsNoPictureOrTooMuch) {
         {"scans", scans + "\xFF\xD9"},
         {"uses", svgStart + uses + "</svg>"},
         {"used by itself", svgStart + R"(<g id="a"><use xlink:href="#a"/></g></svg>)"},
-        {"depth", svgStart + deep},
+        {"depth", svgStart + deep + deepEnd + "</svg>"},
         {"attributes", svgStart + "<g" + attributes + "/></svg>"},
+        {"selectors", svgStart + "<style>.a" + selectors + "{}</style>" + elements + "</svg>"},
         {"rules", svgStart + style + "</style></svg>"},
         {"a long path", svgStart + "<path d='M0 0" + std::string(17'000'000, ' ') + "'/></svg>"},
         {"large and dense",
             R"(<svg width="5000" height="5000"><path d="M0 0)" + std::string(100'000, ' ')
                 + R"("/></svg>)"},
-        {"a large vector picture", R"(<svg width="90000" height="90000"></svg>)"},
+        {"a large vector picture", R"(<svg width="60000" height="60000"></svg>)"},
         {"unfinished", svgStart + square},
     };
     for (const auto& [name, data] : cases)
@@ -192,6 +197,29 @@ TEST(ImageDecoder, RefusesWhatIsNoPictureOrTooMuch) {
     for (const std::string& path : {folder.path(), folder.path("pipe"), folder.path("none"),
              "/dev/zero"s, ""s, folder.write("picture", gif(1)) + '\0'})
         EXPECT_EQ(Platform::imageDecoder().imageFromFile(path).image, nullptr) << path;
+}
+
+// Each line of these would be a thousand dashes.
+TEST(ImageDecoder, DrawsDashedLinesWhole) {
+    std::string points;
+    for (int i = 0; i < 20000; ++i)
+        points += "0,0 8,8 ";
+    for (const std::string style : {R"(stroke-dasharray="0.01" stroke="#f00")",
+             R"(style="stroke:#f00;stroke-dasha\rray:0.01")"}) {
+        const CGImageRef read =
+            decode(R"(<svg width="8" height="8"><polyline fill="none" stroke-width="9" )" + style
+                + " points='" + points + "'/></svg>")
+                .image;
+        ASSERT_TRUE(read);
+        EXPECT_EQ(qt::toQImage(read).pixel(4, 4), qRgb(255, 0, 0)) << style;
+    }
+}
+
+TEST(ImageDecoder, RefusesDeepColorsWithATransparentOne) {
+    std::string png = encoded(picture(QImage::Format_RGBX64), "png");
+    ASSERT_TRUE(decode(png).image);
+    png.insert(png.find("IDAT") - 4, "\0\0\0\6tRNS\0\1\0\2\0\3crc."s);
+    EXPECT_FALSE(decode(png).image);
 }
 
 TEST(ImageDecoder, ReadsNoOtherFileForAVectorPicture) {

@@ -11,6 +11,7 @@
 #include <QGuiApplication>
 #include <QIODevice>
 #include <QImageReader>
+#include <QtEndian>
 
 #include <algorithm>
 #include <array>
@@ -22,6 +23,7 @@
 #include <functional>
 #include <limits>
 #include <memory>
+#include <string_view>
 #include <system_error>
 
 namespace kw::qt {
@@ -116,19 +118,45 @@ const Format* formatOf(const QImageReader& reader) {
     return found == std::end(formats) ? nullptr : found;
 }
 
-/// As Qt's other readers have it.
-bool isWithinLimit(QSize size) {
-    constexpr qint64 bytesPerPixel = 4;
-    const qint64 limit = qint64 {QImageReader::allocationLimit()} << 20;
-    return limit == 0 || bytesPerPixel * size.width() * size.height() <= limit;
-}
+bool isWithinLimit(QSize size) { return qt::isWithinLimit(qint64 {size.width()} * size.height()); }
 
 /// Each byte may stand for an edge across the whole picture, which takes Qt up to a nanosecond a
-/// pixel: at the maximum about two minutes.
+/// pixel: at the maximum about two minutes. The outlines of lines take their time in the smallest
+/// picture, too.
 bool canBeDrawn(const SafeSvg& svg, QSize size) {
     constexpr double maximumWork = 128e9;
+    constexpr double least = 256 * 256;
+    const double pixels = static_cast<double>(size.width()) * size.height();
     return isWithinLimit(size)
-        && static_cast<double>(svg.work) * size.width() * size.height() <= maximumWork;
+        && static_cast<double>(svg.work) * std::max(pixels, least) <= maximumWork;
+}
+
+/// Whether a PNG picture has 16 bits a component and one color that stands for transparent. Qt 6.4
+/// gives pixels of it that were never set.
+bool isMisread(QIODevice& png) {
+    constexpr qsizetype signatureSize = 8;
+    constexpr qint64 checksumSize = 4;
+    constexpr qsizetype placeOfDepth = 8, placeOfColorType = 9;
+    constexpr char deep = 16, trueColor = 2;
+    png.seek(signatureSize);
+    for (;;) {
+        const QByteArray head = png.read(8);
+        if (head.size() < 8)
+            return false;
+        const qint64 size = qFromBigEndian<quint32>(head.constData());
+        const QByteArray type = head.sliced(4);
+        const qint64 next = png.pos() + size + checksumSize;
+        if (type == "IHDR") {
+            const QByteArray body = png.read(placeOfColorType + 1);
+            if (body.size() <= placeOfColorType || body[placeOfDepth] != deep
+                || body[placeOfColorType] != trueColor)
+                return false;
+        }
+        if (type == "tRNS" || type == "IDAT")
+            return type == "tRNS";
+        if (!png.seek(next))
+            return false;
+    }
 }
 
 /// Whether all pixels of a JPEG picture are in memory, as large as they are stored, before the
@@ -221,6 +249,12 @@ DecodedImage decode(QIODevice& bytes, const ImageDecoder::WantedSize& wantedSize
     const Format* const format = formatOf(reader);
     if (!format)
         return {};
+    if (format->name == std::string_view("png")) {
+        const bool isWrong = isMisread(source);
+        source.seek(0);
+        if (isWrong)
+            return {};
+    }
     switch (format->reduction) {
     case Reduction::none:
         return decode(reader, source, *format, wantedSize, [](QSize, QSize) { return true; });

@@ -3,9 +3,11 @@
 #include <KWToolkitQt/SafeSvg.h>
 
 #include <QBuffer>
+#include <QHash>
 #include <QImageReader>
 #include <QMultiHash>
 #include <QString>
+#include <QStringDecoder>
 #include <QStringList>
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
@@ -57,8 +59,11 @@ public:
         if (!m_open.empty())
             m_elements[m_open.back()].children.push_back(index);
         m_open.push_back(index);
+        ++m_targets;
         for (const QXmlStreamAttribute& attribute : attributes) {
+            constexpr qint64 bytesPerMatch = 16; // of the names of classes
             element.bytes += attribute.value().size();
+            m_targets += attribute.value().size() / bytesPerMatch;
             if (attribute.name() == u"id")
                 m_byId.insert(attribute.value().toString(), index);
             // In "#name" as well as in "url(#name)"; that a color may look like it does no harm.
@@ -73,7 +78,8 @@ public:
     }
     void add(QStringView text) {
         const qint64 rules = text.count(u'{');
-        m_rules += rules;
+        if (rules > 0)
+            m_rules += rules + text.count(u',');
         if (rules == 0 && !m_open.empty())
             m_elements[m_open.back()].bytes += text.size();
     }
@@ -82,8 +88,7 @@ public:
     bool isTooMuch() const {
         const std::size_t count = m_elements.size();
         return m_open.size() > maximumDepth || count > maximumElements
-            || m_references > maximumElements
-            || m_rules * static_cast<qint64>(count) > maximumMatches;
+            || m_references > maximumElements || m_rules * m_targets > maximumMatches;
     }
     /// Of the first element, with all that is in it.
     Effort effort() { return m_elements.empty() ? Effort {} : effortOf(0, 1); }
@@ -109,19 +114,33 @@ private:
             };
             std::ranges::for_each(element.children, add);
             for (const QString& reference : element.references) {
-                const auto [first, last] = m_byId.equal_range(reference);
-                std::for_each(first, last, add);
+                if (!effort.isTooMuch())
+                    effort.add(effortOfAll(reference, depth));
             }
             element.effort = effort;
         }
         return *element.effort;
     }
 
+    /// Of all elements of a name: it may be given, and referred to, many times.
+    Effort effortOfAll(const QString& name, int depth) {
+        if (const auto found = m_effortsById.constFind(name); found != m_effortsById.constEnd())
+            return *found;
+        Effort effort {.depth = 0};
+        const auto [first, last] = m_byId.equal_range(name);
+        for (auto index = first; index != last && !effort.isTooMuch(); ++index)
+            effort.add(effortOf(*index, depth + 1));
+        m_effortsById.insert(name, effort);
+        return effort;
+    }
+
     std::vector<Element> m_elements;
     std::vector<std::size_t> m_open;
     std::size_t m_references = 0;
     qint64 m_rules = 0;
+    qint64 m_targets = 0; // of rules: elements, and more for long attributes
     QMultiHash<QString, std::size_t> m_byId;
+    QHash<QString, Effort> m_effortsById;
 };
 
 bool hasManyAttributes(QStringView text) {
@@ -130,6 +149,14 @@ bool hasManyAttributes(QStringView text) {
         count = c == u'<' ? 0 : count + (c == u'=' ? 1 : 0);
         return count > maximumAttributes;
     });
+}
+
+constexpr QStringView dashes = u"stroke-dasharray";
+
+/// Names in styles may be written with backslashes.
+QString withoutDashes(QString style) {
+    return style.remove(u'\\').replace(
+        dashes.toString(), QStringLiteral("none"), Qt::CaseInsensitive);
 }
 
 /// Copies a document, element by element.
@@ -158,7 +185,7 @@ private:
             m_out.writeEndElement();
             m_tree.end();
         } else if (token == QXmlStreamReader::Characters) {
-            m_out.writeCharacters(m_in.text().toString());
+            m_out.writeCharacters(withoutDashes(m_in.text().toString()));
             m_tree.add(m_in.text());
         }
     }
@@ -169,6 +196,14 @@ private:
         if (name.section(u':', -1) == u"image" && !keepPixels(attributes)) {
             m_in.skipCurrentElement();
             return;
+        }
+        attributes.removeIf([](const QXmlStreamAttribute& attribute) {
+            return attribute.qualifiedName().compare(dashes, Qt::CaseInsensitive) == 0;
+        });
+        for (QXmlStreamAttribute& attribute : attributes) {
+            if (attribute.name() == u"style")
+                attribute = QXmlStreamAttribute(attribute.qualifiedName().toString(),
+                    withoutDashes(attribute.value().toString()));
         }
         m_tree.begin(attributes);
         m_out.writeStartElement(name);
@@ -197,7 +232,6 @@ private:
     }
 
     bool isPicture(QByteArray data) {
-        constexpr qint64 bytesPerPixel = 4;
         QBuffer buffer(&data);
         QImageReader reader(&buffer);
         reader.setDecideFormatFromContent(true);
@@ -206,23 +240,30 @@ private:
             return false;
         const QSize size = reader.size();
         // Qt limits each picture, and keeps all.
-        m_pictureBytes += bytesPerPixel * size.width() * size.height();
-        return m_pictureBytes <= qint64 {QImageReader::allocationLimit()} << 20;
+        m_picturePixels += qint64 {size.width()} * size.height();
+        return isWithinLimit(m_picturePixels);
     }
 
     QByteArray m_copy;
     QXmlStreamReader m_in;
     QXmlStreamWriter m_out;
     ElementTree m_tree;
-    qint64 m_pictureBytes = 0;
+    qint64 m_picturePixels = 0;
 };
 
 } // namespace
 
+bool isWithinLimit(qint64 pixels) {
+    constexpr qint64 bytesPerPixel = 4;
+    const qint64 limit = qint64 {QImageReader::allocationLimit()} << 20;
+    return limit == 0 || bytesPerPixel * pixels <= limit;
+}
+
 SafeSvg safeSvg(QIODevice& svg) {
     const QByteArray bytes = svg.read(maximumBytes + 1);
-    QString text = QString::fromUtf8(bytes);
-    if (text.contains(QChar::ReplacementCharacter))
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    QString text = decoder(bytes);
+    if (decoder.hasError())
         text = QString::fromLatin1(bytes);
     return bytes.size() > maximumBytes || hasManyAttributes(text) ? SafeSvg {}
                                                                   : SvgCopy(text).copy();

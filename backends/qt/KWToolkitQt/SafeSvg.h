@@ -15,8 +15,13 @@ struct SafeSvg {
     qint64 work = 0;
 };
 
+/// Whether so many pixels of four bytes are granted by `QImageReader::allocationLimit`, as Qt's own
+/// readers have it.
+bool isWithinLimit(qint64 pixels);
+
 /// A vector picture from anywhere, without what makes Qt read other files: processing instructions
-/// and pictures in it that are not plain pixels in the text itself.
+/// and pictures in it that are not plain pixels in the text itself. Without dashes, too: one line
+/// may have billions of them.
 SafeSvg safeSvg(QIODevice& svg);
 
 } // namespace kw::qt
