@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <new>
 #include <span>
 #include <utility>
@@ -80,16 +79,19 @@ Class& NSBitmapImageRep::classObject() {
 
 std::uint8_t* NSBitmapImageRep::bitmapData() {
     m_image.reset();
-    if (!m_ownPixels || m_pixels.use_count() > 1) {
+    if (!m_ownPixels || (m_wasHandedOut && m_pixels.use_count() > 1)) {
         auto copy = makePixels(m_layout.byteCount());
         if (!copy)
             throw std::bad_alloc();
         std::copy_n(m_pixels.get(), m_layout.byteCount(), copy.get());
         m_ownPixels = copy.get();
         m_pixels = std::move(copy);
+    } else if (m_wasHandedOut) {
+        // Another thread may have read them and given them back just now. Giving back an owner,
+        // too, comes after that.
+        std::shared_ptr<const std::uint8_t[]>(m_pixels).reset();
     }
-    // Whoever shared them on another thread has read them before giving them back.
-    std::atomic_thread_fence(std::memory_order_acquire);
+    m_wasHandedOut = false;
     return m_ownPixels;
 }
 
@@ -136,6 +138,7 @@ void NSBitmapImageRep::setColor(const NSColor& color, std::int64_t x, std::int64
 CGImageRef NSBitmapImageRep::CGImage() {
     if (!m_image)
         m_image = kw::CGImage::create(m_layout, m_pixels);
+    m_wasHandedOut = true;
     return m_image;
 }
 

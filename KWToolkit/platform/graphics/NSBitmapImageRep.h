@@ -59,6 +59,7 @@ private:
     std::shared_ptr<const std::uint8_t[]> m_pixels;
     std::uint8_t* m_ownPixels = nullptr; // the same where they are nobody else's to begin with
     CGImageRef m_image; // what was handed out, until the pixels change
+    bool m_wasHandedOut = false;
 };
 
 } // namespace kw
