@@ -9,6 +9,7 @@
 #include <cstring>
 #include <limits>
 #include <memory>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -33,6 +34,8 @@ public:
         one.width = one.height = 1;
         one.bytesPerRow = one.bitsPerPixel / 8;
         m_one = NSBitmapImageRep::initWithLayout(one);
+        if (!m_one)
+            throw std::bad_alloc();
     }
 
     static bool isWorthwhile(const CGImageLayout& layout) {

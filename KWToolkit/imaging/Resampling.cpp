@@ -84,7 +84,6 @@ public:
         , m_size(static_cast<std::size_t>(4 * (pixels + rowSlack)))
         , m_components(count * m_size) { }
 
-    std::size_t count() const { return m_count; }
     Component* at(std::size_t number) { return m_components.data() + number % m_count * m_size; }
 
 private:
@@ -99,6 +98,27 @@ private:
 /// A part of so many pixels of the rows that are added fits the nearest cache.
 constexpr std::int64_t stripWidth = 256;
 
+/// How many rows of the result may be needed at a time, as rows of the source are added in steps.
+struct RowCounts {
+    explicit RowCounts(const std::vector<ResamplingWeights::Taps>& taps) {
+        constexpr auto step = static_cast<std::int64_t>(rowsAtOnce);
+        const auto endOf = [&](std::size_t i) { return taps[i].first + taps[i].count; };
+        std::size_t begun = 0;
+        std::size_t ended = 0;
+        for (std::size_t i = 0; i < taps.size(); ++i) {
+            while (begun < taps.size() && taps[begun].first < endOf(i) + step)
+                ++begun;
+            while (ended < taps.size() && endOf(ended) <= endOf(i) + step)
+                ++ended;
+            underWay = std::max(underWay, begun - i);
+            done = std::max(done, ended - i);
+        }
+    }
+
+    std::size_t underWay = 1;
+    std::size_t done = 1;
+};
+
 /// For a height that shrinks by much. Rows of the source are added, a few at a time, to all rows of
 /// the result that they belong to; what is done of these is then scaled in width.
 template <class Store>
@@ -111,21 +131,9 @@ void drawDownFirst(SourceRows& source, const ResamplingWeights& across,
     const auto& taps = down.taps();
     constexpr auto step = static_cast<std::int64_t>(rowsAtOnce);
 
-    std::size_t mostUnderWay = 1;
-    std::size_t mostDone = 1;
-    std::size_t begun = 0;
-    std::size_t ended = 0;
-    for (std::size_t i = 0; i < taps.size(); ++i) {
-        while (begun < taps.size() && taps[begun].first < taps[i].first + taps[i].count + step)
-            ++begun;
-        while (ended < taps.size()
-            && taps[ended].first + taps[ended].count <= taps[i].first + taps[i].count + step)
-            ++ended;
-        mostUnderWay = std::max(mostUnderWay, begun - i);
-        mostDone = std::max(mostDone, ended - i);
-    }
-    Rows<std::int32_t> sums(mostUnderWay, sourcePixels);
-    Rows<std::int16_t> results(mostDone, sourcePixels);
+    const RowCounts most(taps);
+    Rows<std::int32_t> sums(most.underWay, sourcePixels);
+    Rows<std::int16_t> results(most.done, sourcePixels);
     Rows<std::int16_t> scaled(1, pixels);
     Rows<std::uint8_t> finished(1, pixels);
 

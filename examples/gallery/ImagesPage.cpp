@@ -46,11 +46,13 @@ struct Reading {
 Reading read(const QString& path) {
     const QString name = QFileInfo(path).fileName();
     const std::string file = QFile::encodeName(path).toStdString();
-    const kw::CGImageRef stored = kw::CreateCGImageFromFile(file);
-    const auto thumb = stored ? kw::thumbFromFile(file, {maximumSide, maximumSide}) : nullptr;
+    const auto thumb = kw::thumbFromFile(file, {maximumSide, maximumSide});
     if (!thumb)
         return {nullptr, name + " cannot be read: it is no picture, is damaged or is too large."};
     const kw::CGImageRef picture = thumb->CGImage();
+    const kw::CGImageRef stored = kw::CreateCGImageFromFile(file);
+    if (!stored) // too large for memory, though not for being reduced
+        return {picture, name + ": shown as " + sizeText(picture)};
     QString status =
         QString("%1: %2 of %3 bits").arg(name, sizeText(stored)).arg(stored->bitsPerPixel());
     if (picture->width() != stored->width() || picture->height() != stored->height())

@@ -8,6 +8,7 @@
 #include <KWToolkit/imaging/NSImage+Thumb.h>
 
 #include <KWToolkit/platform/Platform.h>
+#include <KWToolkit/platform/foundation/Message.h>
 #include <KWToolkit/platform/foundation/NSException.h>
 #include <KWToolkit/platform/headless/HeadlessImageDecoder.h>
 #include <tests/unit/imaging/Pictures.h>
@@ -126,6 +127,10 @@ TEST(Thumb, IsTheScaledImage) {
         return std::dynamic_pointer_cast<NSBitmapImageRep>(thumb->representations().at(0));
     };
     const NSSize size {12, 9};
+    const auto sent = [&](const char* message, auto... alpha) {
+        return std::dynamic_pointer_cast<NSBitmapImageRep>(
+            send<std::shared_ptr<NSObject>>(*bitmap, SEL(message), size, true, alpha...));
+    };
     const auto low = NSImageInterpolationLow;
     struct {
         std::shared_ptr<NSBitmapImageRep> thumb;
@@ -139,6 +144,9 @@ TEST(Thumb, IsTheScaledImage) {
         {ofImage(squareThumbForSize(image, size, true)), scaled(true, 1, 3)},
         {ofImage(thumbForSize(image, size, true, true, low, true, false, 0.25F)),
             scaled(true, 0.25, low)},
+        {sent("thumbForSize:preserveRatio:alpha:", 0.5F), scaled(false, 0.5, 3)},
+        {sent("thumbForSize:preserveRatio:"), scaled(false, 1, 3)},
+        {sent("squareThumbForSize:preserveRatio:"), scaled(true, 1, 3)},
         {thumbFromFile("a", {12, 8}, true, false, low, true, false, 0.25F),
             kwCreateScaledCGImageFromCGImage(
                 bitmap->CGImage(), 11, 8, false, true, false, 0.25, low)},
