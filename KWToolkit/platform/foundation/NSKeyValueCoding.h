@@ -10,6 +10,7 @@
 #include <KWToolkit/platform/foundation/Property.h>
 
 #include <any>
+#include <cmath>
 #include <concepts>
 #include <cstdint>
 #include <functional>
@@ -116,9 +117,9 @@ std::optional<Integer> converted(double value) {
     constexpr double least = static_cast<double>(std::numeric_limits<Integer>::min());
     constexpr double beyond =
         2.0 * static_cast<double>(Integer {1} << (std::numeric_limits<Integer>::digits - 1));
-    if (value > least - 1 && value < beyond)
-        return static_cast<Integer>(value);
-    return std::nullopt;
+    const double whole = std::trunc(value);
+    return whole >= least && whole < beyond ? std::optional(static_cast<Integer>(whole))
+                                            : std::nullopt;
 }
 
 template <class T>
