@@ -55,8 +55,7 @@ public:
     virtual std::shared_ptr<CAAnimation> copy() const = 0;
     /// Changes what is shown of a layer that has the values of `model`. The progress is that of the
     /// timing function.
-    virtual void apply(
-        const CALayerValues& model, CALayerValues& shown, double progress) const = 0;
+    virtual void apply(const CALayerValues& model, CALayerValues& shown, double progress) const = 0;
 
     void runActionForKey(
         const std::string& key, CALayer& layer, const CAActionArguments& arguments) override;

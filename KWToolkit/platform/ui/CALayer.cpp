@@ -107,21 +107,23 @@ void CALayer::setContents(const CGImageRef& contents) {
 void CALayer::setContentsScale(double scale) { change("contentsScale", scale); }
 
 void CALayer::setFrame(const NSRect& frame) {
-    if (!isFinite(frame) || frame == this->frame())
+    const NSRect former = this->frame();
+    if (!isFinite(frame) || frame == former)
         return;
-    // The size whose frame has the size asked for, unless the transform turns; then it is larger.
-    const CGAffineTransform& matrix = m_values.transform;
-    const double determinant = matrix.a * matrix.d - matrix.b * matrix.c;
-    const auto part = [determinant](double factor) { return std::abs(factor / determinant); };
-    const NSSize size {
-        part(matrix.d) * frame.size.width + part(matrix.c) * frame.size.height,
-        part(matrix.b) * frame.size.width + part(matrix.a) * frame.size.height,
-    };
-    const bool isInvertible = std::isfinite(size.width) && std::isfinite(size.height);
-
     CALayerValues there = m_values;
     there.position = {};
-    there.bounds.size = isInvertible ? size : frame.size;
+    if (frame.size != former.size) {
+        // Turned back, that is the size asked for, or a larger one where the transform turns.
+        const CGAffineTransform& matrix = m_values.transform;
+        const double determinant = matrix.a * matrix.d - matrix.b * matrix.c;
+        const auto part = [determinant](double factor) { return std::abs(factor / determinant); };
+        there.bounds.size = {
+            part(matrix.d) * frame.size.width + part(matrix.c) * frame.size.height,
+            part(matrix.b) * frame.size.width + part(matrix.a) * frame.size.height,
+        };
+        if (!isFinite(there.bounds)) // no way back
+            there.bounds.size = frame.size;
+    }
     const NSRect around = there.frame();
     setBounds(there.bounds);
     setPosition({frame.origin.x + (frame.size.width - around.size.width) / 2 - around.origin.x,
@@ -142,8 +144,7 @@ void CALayer::change(std::string_view key, const CAValue& value) {
         action = actionToRun(key);
     else
         CATransaction::ensure(); // so that the next change finds something on the screen
-    const CAActionArguments arguments {
-        action ? property.get(presentationValues()) : CAValue()};
+    const CAActionArguments arguments {action ? property.get(presentationValues()) : CAValue()};
     property.set(m_values, value);
     setNeedsDisplay();
     if (action)
@@ -191,8 +192,8 @@ void CALayer::addAnimation(const CAAnimation& animation, const std::string& key)
 }
 
 void CALayer::removeAnimationForKey(std::string_view key) {
-    const auto removed = std::erase_if(m_animations,
-        [key](const Running& running) { return !key.empty() && running.key == key; });
+    const auto removed = std::erase_if(
+        m_animations, [key](const Running& running) { return !key.empty() && running.key == key; });
     if (removed == 0)
         return;
     setNeedsDisplay();

@@ -84,8 +84,8 @@ std::optional<CGColor> between(
 
 CAContents between(const CAContents& from, const CAContents& to, double progress) {
     // Of two pictures that are fading, the one that shows more.
-    return {to.image, from.progress < 0.5 ? from.former : from.image,
-        std::clamp(progress, 0.0, 1.0)};
+    return {
+        to.image, from.progress < 0.5 ? from.former : from.image, std::clamp(progress, 0.0, 1.0)};
 }
 
 bool areFinite(std::initializer_list<double> numbers) {

@@ -202,9 +202,7 @@ void CATransaction::setAnimationTimingFunction(const CAMediaTimingFunction& func
 
 bool CATransaction::disableActions() { return current().disablesActions; }
 
-void CATransaction::setDisableActions(bool disable) {
-    Work::innermost().disablesActions = disable;
-}
+void CATransaction::setDisableActions(bool disable) { Work::innermost().disablesActions = disable; }
 
 void CATransaction::setCompletionBlock(std::function<void()> block) {
     Transaction& transaction = Work::innermost();
@@ -230,10 +228,7 @@ void CATransaction::ensure() {
 std::uint64_t CATransaction::count() { return state().commits; }
 std::shared_ptr<void> CATransaction::completion() { return Work::innermost().completion; }
 
-bool CATransaction::reducesMotion() {
-    return honorsReducedMotion()
-        && Platform::workspace().accessibilityDisplayShouldReduceMotion();
-}
+bool CATransaction::reducesMotion() { return honorsReducedMotion() && false; }
 
 void CATransaction::addNeedingLayout(CALayer& layer) {
     state().needingLayout.add(layer, layer.m_layoutTicket);

@@ -60,9 +60,9 @@ public:
     void setNeedsDisplay() { setNeedsDisplayInRect(bounds()); }
     void setNeedsDisplayInRect(NSRect rect);
 
-    /// A tree of layers over what the view draws itself and beneath its subviews. Its root fills the
-    /// view, without animation; y grows upward in it, also where the view is flipped. A layer is
-    /// taken from where it was; null shows none.
+    /// A tree of layers over what the view draws itself and beneath its subviews. Its root fills
+    /// the view, without animation; y grows upward in it, also where the view is flipped. A layer
+    /// is taken from where it was; null shows none.
     const std::shared_ptr<CALayer>& layer() const { return m_layer; }
     void setLayer(std::shared_ptr<CALayer> layer);
     /// Draws the tree of layers as it looks now. Whoever shows the view calls it, with a context
