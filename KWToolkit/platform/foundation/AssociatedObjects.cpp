@@ -26,14 +26,17 @@ ObjectExtras* ObjectExtras::ifAny(const NSObject& object) {
     return object.m_extras.load(std::memory_order_acquire);
 }
 
-void ObjectExtras::destroy(NSObject& object) {
-    const std::unique_ptr<ObjectExtras> extras(object.m_extras.load(std::memory_order_acquire));
-    if (!extras)
-        return;
-    {
+void ObjectExtras::forget(NSObject& object) {
+    if (ObjectExtras* const extras = ifAny(object)) {
         const std::lock_guard lock(extras->anchor->mutex);
         extras->anchor->object = nullptr;
     }
+}
+
+void ObjectExtras::destroy(NSObject& object) {
+    const std::unique_ptr<ObjectExtras> extras(ifAny(object));
+    if (!extras)
+        return;
     // A value that dies may look at the object's associations, or even add one.
     while (!extras->associations.empty())
         const auto released = std::exchange(extras->associations, {});

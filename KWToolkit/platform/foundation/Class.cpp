@@ -46,6 +46,15 @@ bool Class::isSubclassOfClass(const Class& other) const {
     return false;
 }
 
+const Property* Class::property(SEL name) const {
+    for (const Class* cls = this; cls; cls = cls->m_superclass) {
+        const auto found = std::ranges::find(cls->m_properties, name, &Property::name);
+        if (found != cls->m_properties.end())
+            return &*found;
+    }
+    return nullptr;
+}
+
 bool Class::addMethod(
     SEL name, std::shared_ptr<const Implementation> implementation, std::string typeEncoding) {
     const std::lock_guard lock(hierarchyMutex());

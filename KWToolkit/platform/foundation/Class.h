@@ -3,6 +3,7 @@
 #pragma once
 
 #include <KWToolkit/platform/Export.h>
+#include <KWToolkit/platform/foundation/Property.h>
 #include <KWToolkit/platform/foundation/SEL.h>
 
 #include <cstddef>
@@ -52,14 +53,18 @@ struct Method {
     bool isTransplanted = false;
 };
 
-/// A class as the object runtime sees it: a name, a superclass and a table of methods.
+/// A class as the object runtime sees it: a name, a superclass, a table of methods and one of
+/// properties.
 ///
 /// Tables are changed at start-up, before other threads send messages; reading is safe on any
 /// thread. A class must outlive its subclasses and objects; usually it is a static that never dies.
 class KW_EXPORT Class {
 public:
-    Class(std::string name, Class& superclass, std::initializer_list<Method> methods = {})
-        : Class(std::move(name), &superclass, methods) { }
+    Class(std::string name, Class& superclass, std::initializer_list<Method> methods = {},
+        std::vector<Property> properties = {})
+        : Class(std::move(name), &superclass, methods) {
+        m_properties = std::move(properties);
+    }
     ~Class();
     Class(const Class&) = delete;
     Class& operator=(const Class&) = delete;
@@ -77,6 +82,9 @@ public:
                 return candidate.method;
         }
     }
+
+    /// The property declared by the class or the nearest superclass, or null.
+    const Property* property(SEL name) const;
 
     /// Adds a method to this class. Returns false, and changes nothing, if the class itself (not a
     /// superclass) already has one of that name.
@@ -110,6 +118,7 @@ private:
     Class* m_superclass;
     std::vector<Class*> m_subclasses;
     std::unordered_map<SEL, Method> m_methods;
+    std::vector<Property> m_properties;
     // Replaced code is kept: it may be what is running.
     std::vector<std::shared_ptr<const Implementation>> m_retired;
     std::vector<Slot> m_slots;

@@ -5,6 +5,8 @@
 #include <KWToolkit/platform/foundation/Message.h>
 #include <KWToolkit/platform/foundation/NSException.h>
 #include <KWToolkit/platform/foundation/ObjectExtras.h>
+#include <KWToolkit/platform/foundation/Observations.h>
+#include <KWToolkit/platform/foundation/ReadableTypeName.h>
 
 #include <cxxabi.h>
 
@@ -25,16 +27,16 @@ std::string addressText(const NSObject& object) {
     return address;
 }
 
-std::string readableTypeName(const char* typeName) {
-    int status = 0;
-    const std::unique_ptr<char, decltype(&std::free)> readable(
-        abi::__cxa_demangle(typeName, nullptr, nullptr, &status), &std::free);
-    return status == 0 ? readable.get() : typeName;
-}
-
 } // namespace
 
-NSObject::~NSObject() { detail::ObjectExtras::destroy(*this); }
+NSObject::~NSObject() {
+    // What dies with the object may leave something behind, in a destructor of its own.
+    while (m_extras.load(std::memory_order_acquire) || hasObservers()) {
+        detail::ObjectExtras::forget(*this);
+        detail::ObservationInfo::objectDies(*this);
+        detail::ObjectExtras::destroy(*this);
+    }
+}
 
 Class& NSObject::classObject() {
     static auto& object = *new Class("NSObject", nullptr, {});
@@ -49,7 +51,23 @@ std::string NSObject::description() const {
 
 void NSObject::performSelector(SEL selector) { send(*this, selector); }
 
+void NSObject::observeValueForKeyPath(
+    const std::string& keyPath, NSObject& object, const NSKeyValueChange&, const void*) {
+    throw NSException(NSInternalInconsistencyException,
+        description()
+            + ": An -observeValueForKeyPath:ofObject:change:context: message was received but not "
+              "handled. Key path: "
+            + keyPath + " Observed object: " + object.description());
+}
+
 namespace detail {
+
+std::string readableTypeName(const char* typeName) {
+    int status = 0;
+    const std::unique_ptr<char, decltype(&std::free)> readable(
+        abi::__cxa_demangle(typeName, nullptr, nullptr, &status), &std::free);
+    return status == 0 ? readable.get() : typeName;
+}
 
 void throwUnrecognizedSelector(const NSObject& receiver, SEL selector) {
     throw NSException(NSInvalidArgumentException,

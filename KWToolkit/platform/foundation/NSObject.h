@@ -14,7 +14,10 @@ namespace kw {
 
 namespace detail {
 struct ObjectExtras;
-}
+class ObservationInfo;
+} // namespace detail
+
+struct NSKeyValueChange;
 
 /// The base of everything that can be a target, a delegate, a listener, an observed object or the
 /// owner of associated values.
@@ -44,7 +47,8 @@ public:
     NSObject(const NSObject&) = delete;
     NSObject& operator=(const NSObject&) = delete;
 
-    /// Clears the weak references to the object, then releases its associated values.
+    /// Clears the weak references to the object, ends the observations of it, then releases its
+    /// associated values.
     virtual ~NSObject();
 
     /// The root class. It has no methods.
@@ -66,11 +70,22 @@ public:
     /// Sends a message without arguments and drops what it returns. Fails like `send`.
     void performSelector(SEL selector);
 
+    /// Called for each change that the object was added as an observer of; see
+    /// NSKeyValueObserving.h. This one throws an `NSException`: a class that observes handles it.
+    virtual void observeValueForKeyPath(const std::string& keyPath, NSObject& object,
+        const NSKeyValueChange& change, const void* context);
+
+    /// Whether it was ever observed. Any thread.
+    bool hasObservers() const { return m_observations.load(std::memory_order_acquire) != nullptr; }
+
 private:
     friend struct detail::ObjectExtras;
+    friend class detail::ObservationInfo;
 
     // What few objects have (weak references, associated values), made on first use.
     std::atomic<detail::ObjectExtras*> m_extras = nullptr;
+    // Who observes it, made on first use. Apart from the above, as each change looks here.
+    std::atomic<detail::ObservationInfo*> m_observations = nullptr;
 };
 
 } // namespace kw

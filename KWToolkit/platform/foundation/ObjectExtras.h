@@ -27,6 +27,8 @@ struct ObjectExtras {
     static ObjectExtras& of(NSObject& object);
     /// Null where the object has none yet.
     static ObjectExtras* ifAny(const NSObject& object);
+    /// Lets the weak references go.
+    static void forget(NSObject& object);
     static void destroy(NSObject& object);
 };
 
