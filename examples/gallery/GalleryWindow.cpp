@@ -4,6 +4,7 @@
 
 #include "HotkeysPage.h"
 #include "ImagesPage.h"
+#include "LayersPage.h"
 #include "LoggingPage.h"
 #include "LoginItemsPage.h"
 #include "MovePage.h"
@@ -28,6 +29,7 @@ const Page pages[] {
     {"Running applications", &RunningApplicationsPage::make, &RunningApplicationsPage::visit},
     {"Images", &ImagesPage::make, &ImagesPage::visit},
     {"Observation", &ObservationPage::make, &ObservationPage::visit},
+    {"Layers", &LayersPage::make, &LayersPage::visit},
 };
 
 } // namespace
