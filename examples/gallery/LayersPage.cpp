@@ -24,8 +24,9 @@ namespace gallery {
 
 namespace {
 
-constexpr double slowly = 1.2; // seconds
+constexpr double slowly = 1; // seconds
 constexpr const char* picture = "picture";
+constexpr const char* onTheirWay = "on their way";
 
 kw::CGColor color(double red, double green, double blue, double alpha = 1) {
     return {kw::CGColorSpace::deviceRGB, {red, green, blue, alpha}};
@@ -43,13 +44,14 @@ std::shared_ptr<kw::CALayer> makeLayer(
 }
 
 void addPicture(kw::CALayer& root) {
-    const auto layer = makeLayer(root, picture, {180, 135}, 16);
+    const auto layer = makeLayer(root, picture, {160, 120}, 24);
     layer->setContents(generatedPicture());
     layer->setMasksToBounds(true);
     layer->setBackgroundColor(color(0.16, 0.18, 0.26));
     layer->setBorderColor(color(1, 1, 1, 0.8));
     layer->setBorderWidth(2);
     centerVerticallyAndHorizontallyRelativeTo(*layer, "superlayer", 0, 20);
+    kw::removeAllImplicitAnimations(*layer); // it goes with the window
 }
 
 /// Two discs that overlap, half transparent as one.
@@ -58,6 +60,7 @@ void addDiscs(kw::CALayer& root) {
     group->setOpacity(0.5F);
     centerHorizontallyRelativeTo(*group, "superlayer", 24, -24);
     anchorBottomRelativeTo(*group, "superlayer", 20);
+    kw::removeAllImplicitAnimations(*group);
     group->setBackgroundColor(color(0.3, 0.36, 0.6));
     group->setLayoutManager(std::make_shared<kw::CAConstraintLayoutManager>());
     for (const double side : {-1.0, 1.0}) {
@@ -74,10 +77,10 @@ struct Corner {
     kw::NSSize offset; // over the picture's edges
 };
 constexpr Corner corners[] {
-    {"top left", kw::anchorTopRelativeTo, kw::anchorLeftRelativeTo, {-14, 14}},
-    {"top right", kw::anchorTopRelativeTo, kw::anchorRightRelativeTo, {14, 14}},
-    {"bottom left", kw::anchorBottomRelativeTo, kw::anchorLeftRelativeTo, {-14, -14}},
-    {"bottom right", kw::anchorBottomRelativeTo, kw::anchorRightRelativeTo, {14, -14}},
+    {"top left", kw::anchorTopRelativeTo, kw::anchorLeftRelativeTo, {-10, 10}},
+    {"top right", kw::anchorTopRelativeTo, kw::anchorRightRelativeTo, {10, 10}},
+    {"bottom left", kw::anchorBottomRelativeTo, kw::anchorLeftRelativeTo, {-10, -10}},
+    {"bottom right", kw::anchorBottomRelativeTo, kw::anchorRightRelativeTo, {10, -10}},
 };
 
 } // namespace
@@ -106,23 +109,23 @@ LayersPage::LayersPage()
     addPicture(*m_root);
     addDiscs(*m_root);
     m_bar->setName("bar");
-    m_bar->setBounds({{0, 0}, {16, 135}});
+    m_bar->setBounds({{0, 0}, {16, 120}});
     m_bar->setCornerRadius(8);
     m_bar->setBackgroundColor(color(0.35, 0.6, 1));
     m_root->addSublayer(m_bar);
     m_badge->setName("badge");
-    m_badge->setBounds({{0, 0}, {44, 44}});
-    m_badge->setCornerRadius(22);
+    m_badge->setBounds({{0, 0}, {40, 40}});
+    m_badge->setCornerRadius(20);
     m_badge->setBackgroundColor(color(0.92, 0.25, 0.3));
     m_badge->setBorderColor(color(1, 1, 1));
     m_badge->setBorderWidth(3);
     m_root->addSublayer(m_badge);
     place();
 
-    auto view = std::make_shared<kw::NSView>(kw::NSMakeRect(0, 0, 280, 300));
+    auto view = std::make_shared<kw::NSView>(kw::NSMakeRect(0, 0, 216, 300));
     view->setLayer(m_root);
     auto* const screen = new kw::qt::ViewWidget(std::move(view));
-    screen->setMinimumSize(280, 300);
+    screen->setMinimumSize(216, 300);
     screen->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     screen->setFocusPolicy(Qt::NoFocus);
 
@@ -166,7 +169,7 @@ void LayersPage::place() {
     kw::CATransaction::begin();
     kw::CATransaction::setAnimationDuration(slowly);
     kw::CATransaction::setCompletionBlock([this, life = std::weak_ptr(m_life)] {
-        if (!life.expired() && m_badge->animationKeys().empty() && m_bar->animationKeys().empty())
+        if (!life.expired() && !isMoving() && m_status->text() == onTheirWay)
             m_status->setText("at rest");
     });
     const Corner& corner = corners[m_corner->checkedId()];
@@ -181,8 +184,11 @@ void LayersPage::place() {
         stayOnLeftRelativeTo(*m_bar, picture, -12);
     kw::CATransaction::commit();
 
-    const bool isMoving = !m_badge->animationKeys().empty() || !m_bar->animationKeys().empty();
-    m_status->setText(isMoving ? "on their way" : "there at once");
+    m_status->setText(isMoving() ? onTheirWay : "there at once");
+}
+
+bool LayersPage::isMoving() const {
+    return !m_badge->animationKeys().empty() || !m_bar->animationKeys().empty();
 }
 
 void LayersPage::visit(Tour& tour, QWidget& page) { static_cast<LayersPage&>(page).steps(tour); }
@@ -196,7 +202,8 @@ void LayersPage::steps(Tour& tour) {
     };
     const auto choose = [&](const QButtonGroup& group, int id, const char* expected) {
         click(*group.button(id));
-        tour.expect(group.button(id)->text(), expected, status);
+        tour.expect("choice", group.button(id)->text() + ": " + expected,
+            [&] { return group.checkedButton()->text() + ": " + status(); });
     };
     const auto set = [&](QCheckBox& box) {
         const bool was = box.isChecked();
@@ -205,24 +212,27 @@ void LayersPage::steps(Tour& tour) {
     };
     const auto badgeX = [this] { return m_badge->presentationLayer()->position().x; };
 
+    tour.takePicture("layers-1-before");
+    tour.expect("the layers", "in their places",
+        [this] { return isMoving() ? "not yet" : "in their places"; });
     const double before = badgeX();
-    choose(*m_corner, 3, "on their way");
-    choose(*m_side, 1, "on their way");
+    choose(*m_corner, 3, onTheirWay);
+    choose(*m_side, 1, onTheirWay);
     const double third = before + (m_badge->position().x - before) / 3;
     tour.expect("the badge", "underway", [&] { return badgeX() > third ? "underway" : "waiting"; });
-    tour.takePicture("layers-1-animated");
+    tour.takePicture("layers-2-animated");
     tour.expect("the end", "at rest", status);
-    tour.takePicture("layers-2-at-rest");
+    tour.takePicture("layers-3-at-rest");
     set(*m_reducesMotion);
     choose(*m_corner, 2, "there at once");
     set(*m_reducesMotion);
-    choose(*m_side, 0, "on their way");
+    choose(*m_side, 0, onTheirWay);
     tour.expect("the end", "at rest", status);
     set(*m_isAnimated);
     choose(*m_corner, 1, "there at once");
-    tour.takePicture("layers-3-at-once");
+    tour.takePicture("layers-4-at-once");
     set(*m_isAnimated);
-    choose(*m_corner, 0, "on their way");
+    choose(*m_corner, 0, onTheirWay);
     tour.expect("the end", "at rest", status);
 }
 

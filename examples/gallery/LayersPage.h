@@ -26,6 +26,7 @@ private:
     /// Changes the constraints to what is chosen.
     void place();
     void setAnimated(bool isAnimated);
+    bool isMoving() const;
     void steps(Tour& tour);
 
     QButtonGroup* m_corner;
