@@ -9,6 +9,7 @@
 #include <cmath>
 #include <cstddef>
 #include <optional>
+#include <ranges>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -104,21 +105,22 @@ private:
     }
 
     void chooseRules(std::size_t index) {
-        const auto& constraints = m_layers[index]->constraints();
-        for (auto next = constraints.rbegin(); next != constraints.rend(); ++next) {
-            const Attribute* const attribute = find(next->attribute);
-            const Attribute* const sourceAttribute = find(next->sourceAttribute);
-            if (!attribute || !sourceAttribute || next->sourceName.empty()
-                || !std::isfinite(next->scale) || !std::isfinite(next->offset))
+        for (const CAConstraint& constraint :
+            m_layers[index]->constraints() | std::views::reverse) {
+            const Attribute* const attribute = find(constraint.attribute);
+            const Attribute* const sourceAttribute = find(constraint.sourceAttribute);
+            if (!attribute || !sourceAttribute || constraint.sourceName.empty()
+                || !std::isfinite(constraint.scale) || !std::isfinite(constraint.offset))
                 continue;
             Node& node = m_nodes[2 * index + attribute->axis];
             const bool isFull = node.ruleCount == node.rules.size();
             const bool isReplaced =
-                node.ruleCount > 0 && node.rules[0].constraint->attribute == next->attribute;
-            const auto source = m_places.find(next->sourceName);
+                node.ruleCount > 0 && node.rules[0].constraint->attribute == constraint.attribute;
+            const auto source = m_places.find(constraint.sourceName);
             if (isFull || isReplaced || source == m_places.end())
                 continue;
-            node.rules[node.ruleCount++] = {&*next, 2 * source->second + sourceAttribute->axis};
+            node.rules[node.ruleCount++] = {
+                &constraint, 2 * source->second + sourceAttribute->axis};
         }
     }
 

@@ -37,23 +37,22 @@ void CALayer::setName(std::string name) {
     superlayerNeedsLayout();
 }
 
-void CALayer::insertSublayer(const std::shared_ptr<CALayer>& layer, std::size_t index) {
+void CALayer::insertSublayer(std::shared_ptr<CALayer> layer, std::size_t index) {
     if (!layer)
         return;
     for (const CALayer* ancestor = this; ancestor; ancestor = ancestor->m_superlayer) {
         if (ancestor == layer.get())
             return;
     }
-    const auto inserted = layer; // the reference may be to a list that changes
-    if (inserted->m_hostView)
-        inserted->m_hostView->setLayer(nullptr);
-    inserted->removeFromSuperlayer();
-    inserted->m_superlayer = this;
+    if (layer->m_hostView)
+        layer->m_hostView->setLayer(nullptr);
+    layer->removeFromSuperlayer();
+    layer->m_superlayer = this;
     const auto place = std::min(index, m_sublayers.size());
-    m_sublayers.insert(m_sublayers.begin() + static_cast<std::ptrdiff_t>(place), inserted);
+    m_sublayers.insert(m_sublayers.begin() + static_cast<std::ptrdiff_t>(place), layer);
     setNeedsLayout();
     setNeedsDisplay();
-    inserted->runAction("onOrderIn");
+    layer->runAction("onOrderIn");
     runAction("sublayers");
 }
 
@@ -243,8 +242,9 @@ CALayerValues CALayer::presentationValues() const {
     const double time = Platform::clock().now();
     for (const auto& [key, animation, beginTime, completion] : m_animations) {
         const double part = beginTime ? (time - *beginTime) / animation->duration() : 0;
+        const auto& pace = animation->timingFunction();
         if (part < 1)
-            animation->apply(m_values, shown, animation->timingFunction()->progressAt(part));
+            animation->apply(m_values, shown, pace ? pace->progressAt(part) : part);
     }
     return shown;
 }

@@ -15,6 +15,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace kw {
@@ -52,11 +53,11 @@ public:
     ///
     /// Runs the layer's action "onOrderIn" and then the superlayer's "sublayers"; removing it
     /// "onOrderOut" and "sublayers". None of them has a default.
-    void addSublayer(const std::shared_ptr<CALayer>& layer) {
-        insertSublayer(layer, m_sublayers.size());
+    void addSublayer(std::shared_ptr<CALayer> layer) {
+        insertSublayer(std::move(layer), m_sublayers.size());
     }
     /// The same at an index from the back; in front where there are fewer.
-    void insertSublayer(const std::shared_ptr<CALayer>& layer, std::size_t index);
+    void insertSublayer(std::shared_ptr<CALayer> layer, std::size_t index);
     void removeFromSuperlayer();
 
     // Each of these has the key of its name, but for `affineTransform` ("transform").

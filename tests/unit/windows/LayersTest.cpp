@@ -330,7 +330,8 @@ TEST_F(Layers, EveryPropertyIsInterpolated) {
         CABasicAnimation animation(key);
         animation.setFromValue(from);
         animation.setToValue(to);
-        CALayerValues model, shown;
+        const CALayerValues model;
+        CALayerValues shown;
         shown.position = {7, 7};
         animation.apply(model, shown, 0.5);
         EXPECT_EQ(CALayerProperty::find(key)->get(shown), middle) << key;
@@ -512,6 +513,20 @@ TEST_F(Layers, NothingIsScheduledForLayersThatAreGone) {
         needy.setNeedsLayout();
     }
     CATransaction::flush();
+}
+
+TEST_F(Layers, ReducedMotionIsHonoredWhereTheHostWantsIt) {
+    const Layer layer = shown({});
+    workspace.reducesMotion = true;
+    layer->setPosition({5, 5});
+    EXPECT_EQ(shownX(layer), 0);
+    CATransaction::setHonorsReducedMotion(true);
+    layer->setOpacity(0);
+    EXPECT_EQ(shownOpacity(layer), 0);
+    workspace.reducesMotion = false;
+    layer->setOpacity(1);
+    EXPECT_EQ(shownOpacity(layer), 0);
+    CATransaction::setHonorsReducedMotion(false);
 }
 
 } // namespace
