@@ -4,8 +4,11 @@
 
 #include <KWToolkit/platform/DefaultServices.h>
 
+#include <mutex>
+#include <thread>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 namespace kw {
 
@@ -80,6 +83,50 @@ Choice<Service>& choice() {
     return value;
 }
 
+const std::thread::id mainThread = std::this_thread::get_id();
+
+/// The main thread's loop as other threads know it.
+struct MainLoop {
+    std::mutex mutex;
+    RunLoop* loop = nullptr; // while it lives
+    std::vector<std::function<void()>> waiting;
+
+    static MainLoop& shared() {
+        static auto& shared = *new MainLoop;
+        return shared;
+    }
+};
+
+/// A thread's loop.
+class ThreadLoop {
+public:
+    ThreadLoop()
+        : m_loop(choice<RunLoop>().build()) {
+        if (isMain())
+            announce(m_loop.get());
+    }
+    ~ThreadLoop() {
+        if (isMain())
+            announce(nullptr);
+    }
+    ThreadLoop(const ThreadLoop&) = delete;
+    ThreadLoop& operator=(const ThreadLoop&) = delete;
+    RunLoop& loop() const { return *m_loop; }
+
+private:
+    static bool isMain() { return std::this_thread::get_id() == mainThread; }
+    static void announce(RunLoop* loop) {
+        const std::lock_guard lock(MainLoop::shared().mutex);
+        MainLoop::shared().loop = loop;
+        if (!loop)
+            return;
+        for (auto& task : std::exchange(MainLoop::shared().waiting, {}))
+            loop->perform(std::move(task));
+    }
+
+    const std::unique_ptr<RunLoop> m_loop;
+};
+
 } // namespace
 
 template <class Service>
@@ -87,8 +134,8 @@ Service& ServiceSlot<Service>::inUse() {
     if (Service* const override = choice<Service>().override)
         return *override;
     if constexpr (std::is_same_v<Service, RunLoop>) {
-        thread_local const std::unique_ptr<Service> loop = choice<Service>().build();
-        return *loop;
+        thread_local const ThreadLoop loop;
+        return loop.loop();
     } else {
         static Service& service = *choice<Service>().build().release();
         return service;
@@ -154,5 +201,18 @@ ImageDecoder& Platform::imageDecoder() { return detail::ServiceSlot<ImageDecoder
 Clock& Platform::clock() { return detail::ServiceSlot<Clock>::inUse(); }
 Console& Platform::console() { return detail::ServiceSlot<Console>::inUse(); }
 RunLoop& Platform::runLoop() { return detail::ServiceSlot<RunLoop>::inUse(); }
+
+void Platform::performOnMainThread(std::function<void()> task) {
+    if (RunLoop* const override = detail::choice<RunLoop>().override) {
+        override->perform(std::move(task));
+        return;
+    }
+    auto& main = detail::MainLoop::shared();
+    const std::lock_guard lock(main.mutex);
+    if (main.loop)
+        main.loop->perform(std::move(task));
+    else
+        main.waiting.push_back(std::move(task));
+}
 
 } // namespace kw

@@ -54,6 +54,11 @@ public:
     static Console& console();
     /// The calling thread's loop. Other services have one instance a process, this one a thread.
     static RunLoop& runLoop();
+
+    /// Calls `task` on the main thread, the one that loaded the toolkit, on the next pass of its
+    /// loop and in the order of the calls. Any thread. What comes before the main thread has asked
+    /// for its loop waits for that; a Qt host asks by making its application object.
+    static void performOnMainThread(std::function<void()> task);
 };
 
 /// Puts another service in use until the scope ends. The service is not owned. Scopes nest and end

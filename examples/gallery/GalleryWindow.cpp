@@ -7,6 +7,7 @@
 #include "LoggingPage.h"
 #include "LoginItemsPage.h"
 #include "MovePage.h"
+#include "ObservationPage.h"
 #include "Page.h"
 #include "RunningApplicationsPage.h"
 #include "UrlPage.h"
@@ -26,6 +27,7 @@ const Page pages[] {
     {"Login items", &LoginItemsPage::make, &LoginItemsPage::visit},
     {"Running applications", &RunningApplicationsPage::make, &RunningApplicationsPage::visit},
     {"Images", &ImagesPage::make, &ImagesPage::visit},
+    {"Observation", &ObservationPage::make, &ObservationPage::visit},
 };
 
 } // namespace

@@ -103,7 +103,8 @@ bool needsWillChange(const NSObject& object) {
 }
 
 void tellOfChange(NSObject& object, SEL key) {
-    ObservationInfo::ifAny(object)->didChange(object, key, {});
+    static const ObservationInfo::OldValues none;
+    ObservationInfo::ifAny(object)->didChange(object, key, none);
 }
 
 void abandonChange(NSObject& object, SEL key) {

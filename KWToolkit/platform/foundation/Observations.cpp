@@ -59,6 +59,7 @@ struct ObservationArray {
 
 struct KeyObservers {
     const SEL key;
+    const std::string& keyPath; // the key as a path
     KeyObservers* const next;
     std::atomic<ObservationArray*> array = nullptr;
     std::uint32_t living = 0;
@@ -154,7 +155,7 @@ private:
 namespace {
 
 const std::string& keyPathOf(const Observation& observation) {
-    return observation.link ? observation.link->keyPath() : observation.list->key.name();
+    return observation.link ? observation.link->keyPath() : observation.list->keyPath;
 }
 
 void tell(const Observation& observation, NSObject& object, const NSKeyValueChange& change) {
@@ -244,7 +245,8 @@ Observation& ObservationInfo::add(NSObject& object, NSObject& observer, std::str
         const std::lock_guard lock(m_mutex);
         KeyObservers* list = listOf(key);
         if (!list) {
-            list = new KeyObservers {.key = key, .next = m_lists.load(std::memory_order_acquire)};
+            list = new KeyObservers {
+                .key = key, .keyPath = key.name(), .next = m_lists.load(std::memory_order_acquire)};
             m_lists.store(list, std::memory_order_release);
         }
         ObservationArray* array = list->array.load(std::memory_order_acquire);
@@ -374,20 +376,15 @@ void ObservationInfo::didChange(NSObject& object, SEL key, const OldValues& oldV
     const KeyObservers* const list = listOf(key);
     if (!list)
         return;
-    const std::string& keyPath = key.name();
-    const NSKeyValueChange change;
+    static const auto& change = *new NSKeyValueChange;
+    const std::string& keyPath = list->keyPath;
     list->each([&](Observation& observation) {
-        switch (observation.state.load(std::memory_order_acquire)) {
-        case State::simple:
+        const State state = observation.state.load(std::memory_order_acquire);
+        if (state == State::simple) [[likely]]
             observation.observer->observeValueForKeyPath(
                 keyPath, object, change, observation.context);
-            break;
-        case State::special:
+        else if (state == State::special)
             tellSpecially(observation, object, oldValues);
-            break;
-        case State::removed:
-            break;
-        }
     });
 }
 

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include <KWToolkitQt/QtApplicationService.h>
 
+#include <KWToolkit/platform/Guarded.h>
 #include <KWToolkit/platform/foundation/NSNotificationCenter.h>
 #include <KWToolkit/platform/ui/NSApplication.h>
-#include <KWToolkitQt/Guarded.h>
 
 #include <QGuiApplication>
 #include <QPointer>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include <KWToolkitQt/QtRunLoop.h>
 
-#include <KWToolkitQt/Guarded.h>
+#include <KWToolkit/platform/Guarded.h>
 
 #include <QAbstractEventDispatcher>
 #include <QSocketNotifier>

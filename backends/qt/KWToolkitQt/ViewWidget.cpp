@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include <KWToolkitQt/ViewWidget.h>
 
+#include <KWToolkit/platform/Guarded.h>
 #include <KWToolkit/platform/Platform.h>
-#include <KWToolkitQt/Guarded.h>
 #include <KWToolkitQt/KeyTranslation.h>
 #include <KWToolkitQt/KeyboardGrabFilter.h>
 #include <KWToolkitQt/QtGraphicsContext.h>

@@ -1,13 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The KWToolkit authors
 // SPDX-License-Identifier: MIT
-#include <KWToolkitQt/Guarded.h>
+#include <KWToolkit/platform/Guarded.h>
 
 #include <KWToolkit/platform/Platform.h>
 
 #include <exception>
 #include <string>
 
-namespace kw::qt {
+namespace kw {
 
 void callGuarded(const std::function<void()>& task) {
     constexpr const char* prefix = "*** uncaught exception: ";
@@ -20,4 +20,4 @@ void callGuarded(const std::function<void()>& task) {
     }
 }
 
-} // namespace kw::qt
+} // namespace kw

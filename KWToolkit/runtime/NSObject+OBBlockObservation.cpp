@@ -1,0 +1,80 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#include <KWToolkit/runtime/NSObject+OBBlockObservation.h>
+
+#include <KWToolkit/platform/Platform.h>
+#include <KWToolkit/platform/foundation/DispatchQueue.h>
+#include <KWToolkit/platform/foundation/NSProcessInfo.h>
+#include <KWToolkit/runtime/NSObject+OBAssociatedObjects.h>
+
+#include <unordered_map>
+#include <utility>
+
+namespace kw {
+
+namespace {
+
+// The map is found under this address.
+constexpr char observerMapKey[] = "org.kwtoolkit.observerMap";
+
+/// The trampolines of one object by their tokens.
+class ObserverMap final : public NSObject {
+public:
+    std::unordered_map<std::string, std::shared_ptr<OBObserverTrampoline>> trampolines;
+};
+
+/// All changes of observer maps are made on it.
+DispatchQueue& mutationQueue() {
+    static auto& queue = *new DispatchQueue("org.kwtoolkit.observerMutationQueue");
+    return queue;
+}
+
+std::shared_ptr<ObserverMap> observerMap(const NSObject& object) {
+    return std::static_pointer_cast<ObserverMap>(associatedValueForKey(object, observerMapKey));
+}
+
+} // namespace
+
+std::string addObserverForKeyPath(
+    NSObject& object, const std::string& keyPath, OBObservationTask task) {
+    return addObserverForKeyPath(object, keyPath, nullptr, std::move(task));
+}
+
+std::string addObserverForKeyPath(NSObject& object, const std::string& keyPath,
+    std::shared_ptr<NSOperationQueue> queue, OBObservationTask task) {
+    std::string token = NSProcessInfo::globallyUniqueString();
+    mutationQueue().sync([&] {
+        auto map = observerMap(object);
+        if (!map) {
+            map = std::make_shared<ObserverMap>();
+            associateValue(object, map, observerMapKey);
+        }
+        map->trampolines.emplace(token,
+            OBObserverTrampoline::initObservingObject(
+                object, keyPath, std::move(queue), std::move(task)));
+    });
+    return token;
+}
+
+void removeObserverWithBlockToken(NSObject& object, const std::string& token) {
+    // Ends after the queue's turn: what the task holds may observe, too.
+    std::shared_ptr<OBObserverTrampoline> trampoline;
+    mutationQueue().sync([&] {
+        const auto map = observerMap(object);
+        const auto found =
+            map ? map->trampolines.extract(token) : decltype(map->trampolines)::node_type();
+        if (!found)
+            return;
+        trampoline = std::move(found.mapped());
+        trampoline->cancelObservation();
+        if (map->trampolines.empty())
+            associateValue(object, nullptr, observerMapKey);
+    });
+    if (!trampoline)
+        Platform::console().writeLine(
+            "[NSObject(OBBlockObservation) removeObserverWithBlockToken]: Ignoring attempt to "
+            "remove non-existent observer on "
+            + object.description() + " for token " + token + ".");
+}
+
+} // namespace kw
