@@ -228,7 +228,9 @@ void CATransaction::ensure() {
 std::uint64_t CATransaction::count() { return state().commits; }
 std::shared_ptr<void> CATransaction::completion() { return Work::innermost().completion; }
 
-bool CATransaction::reducesMotion() { return honorsReducedMotion() && Platform::workspace().accessibilityDisplayShouldReduceMotion(); }
+bool CATransaction::reducesMotion() {
+    return honorsReducedMotion() && Platform::workspace().accessibilityDisplayShouldReduceMotion();
+}
 
 void CATransaction::addNeedingLayout(CALayer& layer) {
     state().needingLayout.add(layer, layer.m_layoutTicket);
