@@ -68,7 +68,7 @@ Property property(std::string_view name, Getter getter, Setter setter);
 /// the class has none of that name.
 KW_EXPORT std::any valueForKey(const NSObject& object, std::string_view key);
 /// Follows properties through related objects: "author.address.city". Nothing where one of the
-/// objects is absent.
+/// objects is absent. Throws as `valueForKey`, also for a path through what is no object.
 KW_EXPORT std::any valueForKeyPath(const NSObject& object, std::string_view keyPath);
 template <class T>
 T valueForKey(const NSObject& object, std::string_view key) {
