@@ -16,6 +16,7 @@
 
 #include <functional>
 #include <limits>
+#include <stdexcept>
 
 namespace {
 
@@ -183,6 +184,23 @@ TEST_F(Layers, LayoutFollowsWhatItDependsOnAndKeepsTurnedLayersAsTheyAre) {
         CATransaction::flush();
         EXPECT_DOUBLE_EQ(turned->position().x, side / 2);
         EXPECT_EQ(turned->bounds(), NSMakeRect(0, 0, 20, 10));
+    }
+}
+
+TEST_F(Layers, LayoutThatNeverRestsOrThrowsHoldsNothingUp) {
+    struct Restless : CALayer {
+        void layoutSublayers() override {
+            setNeedsLayout();
+            if (++count % 2 == 0)
+                throw std::runtime_error("no layout");
+        }
+        int count = 0;
+    };
+    Restless layer;
+    layer.setNeedsLayout();
+    for (const int count : {2, 4}) {
+        EXPECT_THROW(loop.runOnce(0), std::runtime_error);
+        EXPECT_EQ(layer.count, count);
     }
 }
 
