@@ -13,7 +13,7 @@ constexpr char OBObserverTrampolineContext[] = "OBObserverTrampolineContext";
 
 } // namespace
 
-OBObserverTrampoline::OBObserverTrampoline(NSObject& observee, std::string keyPath,
+OBObserverTrampoline::OBObserverTrampoline(Key, NSObject& observee, std::string keyPath,
     std::shared_ptr<NSOperationQueue> queue, OBObservationTask task)
     : m_observee(observee)
     , m_keyPath(std::move(keyPath))
@@ -23,8 +23,8 @@ OBObserverTrampoline::OBObserverTrampoline(NSObject& observee, std::string keyPa
 std::shared_ptr<OBObserverTrampoline> OBObserverTrampoline::initObservingObject(NSObject& observee,
     std::string keyPath, std::shared_ptr<NSOperationQueue> queue, OBObservationTask task) {
     // Observes only once it is owned: the first change may come at once, from another thread.
-    const std::shared_ptr<OBObserverTrampoline> trampoline(
-        new OBObserverTrampoline(observee, std::move(keyPath), std::move(queue), std::move(task)));
+    auto trampoline = std::make_shared<OBObserverTrampoline>(
+        Key(), observee, std::move(keyPath), std::move(queue), std::move(task));
     trampoline->m_observation = addObserver(observee, *trampoline, trampoline->m_keyPath,
         NSKeyValueObservingOptions::none, OBObserverTrampolineContext);
     return trampoline;
@@ -54,18 +54,17 @@ void OBObserverTrampoline::addToQueue(NSObject& object, const NSKeyValueChange& 
             owned = object.weak_from_this().lock(), observed = WeakReference(object), change] {
             // An object that nobody shares cannot be kept alive until here.
             const auto target = observed.lock();
-            if (target && !self->m_isCancelled.load(std::memory_order_acquire))
+            if (target && !self->m_isCancelled)
                 self->m_task(*target, change);
         });
 }
 
 void OBObserverTrampoline::cancelObservation() {
-    std::call_once(m_cancellationPredicate, [this] {
-        m_isCancelled.store(true, std::memory_order_release);
-        if (const auto observee = m_observee.lock())
-            removeObserver(*observee, m_observation);
-        m_observee = {};
-    });
+    if (m_isCancelled.exchange(true))
+        return;
+    if (const auto observee = m_observee.lock())
+        removeObserver(*observee, m_observation);
+    m_observee = {};
 }
 
 } // namespace kw

@@ -11,7 +11,6 @@
 #include <atomic>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <string>
 
 namespace kw {
@@ -22,12 +21,16 @@ using OBObservationTask = std::function<void(NSObject& object, const NSKeyValueC
 
 /// An observer that hands each change to a task, at once or on a queue.
 class KW_EXPORT OBObserverTrampoline final : public NSObject {
+    struct Key { };
+
 public:
     /// Observes the object, which is not owned, until `cancelObservation` or until the object or
     /// the trampoline is destroyed. Without a queue the task runs on the thread that makes the
     /// change. Any thread.
     static std::shared_ptr<OBObserverTrampoline> initObservingObject(NSObject& observee,
         std::string keyPath, std::shared_ptr<NSOperationQueue> queue, OBObservationTask task);
+    OBObserverTrampoline(Key key, NSObject& observee, std::string keyPath,
+        std::shared_ptr<NSOperationQueue> queue, OBObservationTask task);
     ~OBObserverTrampoline() override;
 
     static Class& classObject();
@@ -41,15 +44,12 @@ public:
     void cancelObservation();
 
 private:
-    OBObserverTrampoline(NSObject& observee, std::string keyPath,
-        std::shared_ptr<NSOperationQueue> queue, OBObservationTask task);
     void addToQueue(NSObject& object, const NSKeyValueChange& change);
 
     WeakReference m_observee; // empty once cancelled
     const std::string m_keyPath;
     const OBObservationTask m_task;
     const std::shared_ptr<NSOperationQueue> m_queue;
-    std::once_flag m_cancellationPredicate;
     std::atomic<bool> m_isCancelled = false;
     NSKeyValueObservation m_observation = nullptr;
 };

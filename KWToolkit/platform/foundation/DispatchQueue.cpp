@@ -6,31 +6,20 @@
 
 namespace kw {
 
-namespace {
-
-class Turn {
-public:
-    explicit Turn(std::atomic<std::thread::id>& runningOn)
-        : m_runningOn(runningOn) {
-        m_runningOn.store(std::this_thread::get_id(), std::memory_order_relaxed);
-    }
-    ~Turn() { m_runningOn.store({}, std::memory_order_relaxed); }
-    Turn(const Turn&) = delete;
-    Turn& operator=(const Turn&) = delete;
-
-private:
-    std::atomic<std::thread::id>& m_runningOn;
-};
-
-} // namespace
-
-void DispatchQueue::sync(const std::function<void()>& block) {
-    if (m_runningOn.load(std::memory_order_relaxed) == std::this_thread::get_id())
+DispatchQueue::Turn::Turn(DispatchQueue& queue)
+    : m_queue(queue) {
+    const auto self = std::this_thread::get_id();
+    if (m_queue.m_runningOn.load(std::memory_order_relaxed) == self)
         throw NSException(NSInternalInconsistencyException,
-            "dispatch_sync called on queue \"" + m_label + "\" already owned by current thread");
-    const std::lock_guard lock(m_mutex);
-    const Turn turn(m_runningOn);
-    block();
+            "dispatch_sync called on queue \"" + m_queue.m_label
+                + "\" already owned by current thread");
+    m_queue.m_mutex.lock();
+    m_queue.m_runningOn.store(self, std::memory_order_relaxed);
+}
+
+DispatchQueue::Turn::~Turn() {
+    m_queue.m_runningOn.store({}, std::memory_order_relaxed);
+    m_queue.m_mutex.unlock();
 }
 
 } // namespace kw

@@ -5,7 +5,6 @@
 #include <KWToolkit/platform/Export.h>
 
 #include <atomic>
-#include <functional>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -25,9 +24,24 @@ public:
     /// Runs the block when those before it are done, and returns after it; what it throws comes out
     /// here. Any thread. From within a block of the same queue, where it would wait for itself, it
     /// throws an `NSException` named "NSInternalInconsistencyException" instead.
-    void sync(const std::function<void()>& block);
+    template <class Block>
+    void sync(Block&& block) {
+        const Turn turn(*this);
+        std::forward<Block>(block)();
+    }
 
 private:
+    class KW_EXPORT Turn {
+    public:
+        explicit Turn(DispatchQueue& queue);
+        ~Turn();
+        Turn(const Turn&) = delete;
+        Turn& operator=(const Turn&) = delete;
+
+    private:
+        DispatchQueue& m_queue;
+    };
+
     const std::string m_label;
     std::mutex m_mutex;
     std::atomic<std::thread::id> m_runningOn {};

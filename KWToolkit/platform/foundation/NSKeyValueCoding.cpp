@@ -10,16 +10,36 @@ namespace kw {
 namespace {
 
 [[noreturn]] void throwUnknownKey(
-    const NSObject& object, const char* message, std::string_view key) {
+    const std::string& whose, const char* message, std::string_view key) {
     throw NSException(NSUnknownKeyException,
-        "[" + object.description() + " " + message
-            + "]: this class is not key value coding-compliant for the key " + std::string(key)
-            + ".");
+        "[" + whose + " " + message + "]: this class is not key value coding-compliant for the key "
+            + std::string(key) + ".");
+}
+
+constexpr const char* reading = "valueForUndefinedKey:";
+constexpr const char* writing = "setValue:forUndefinedKey:";
+
+struct Path {
+    std::string_view first;
+    std::string_view rest; ///< empty for a path of one key
+};
+
+Path split(std::string_view keyPath) {
+    const auto dot = keyPath.find('.');
+    return dot == std::string_view::npos ? Path {keyPath, {}}
+                                         : Path {keyPath.substr(0, dot), keyPath.substr(dot + 1)};
 }
 
 /// The related object that a path leads through; null where there is none.
-std::shared_ptr<NSObject> relatedObject(const NSObject& object, std::string_view key) {
-    return unboxed<std::shared_ptr<NSObject>>(valueForKey(object, key));
+std::shared_ptr<NSObject> relatedObject(
+    const NSObject& object, const Path& path, const char* message) {
+    const std::any value = valueForKey(object, path.first);
+    if (!value.has_value())
+        return nullptr;
+    const auto* const related = std::any_cast<std::shared_ptr<NSObject>>(&value);
+    if (!related)
+        throwUnknownKey(detail::readableTypeName(value.type().name()), message, path.rest);
+    return *related;
 }
 
 } // namespace
@@ -38,22 +58,22 @@ void throwUnsuitableValue(const std::any& value, const char* typeName) {
 std::any valueForKey(const NSObject& object, std::string_view key) {
     const Property* const property = object.isa().property(SEL::existing(key));
     if (!property)
-        throwUnknownKey(object, "valueForUndefinedKey:", key);
+        throwUnknownKey(object.description(), reading, key);
     return property->get(const_cast<NSObject&>(object));
 }
 
 std::any valueForKeyPath(const NSObject& object, std::string_view keyPath) {
-    const auto dot = keyPath.find('.');
-    if (dot == std::string_view::npos)
+    const Path path = split(keyPath);
+    if (path.rest.empty())
         return valueForKey(object, keyPath);
-    std::shared_ptr<NSObject> related = relatedObject(object, keyPath.substr(0, dot));
-    return related ? valueForKeyPath(*related, keyPath.substr(dot + 1)) : std::any();
+    const auto related = relatedObject(object, path, reading);
+    return related ? valueForKeyPath(*related, path.rest) : std::any();
 }
 
 void setValueForKey(NSObject& object, const std::any& value, std::string_view key) {
     const Property* const property = object.isa().property(SEL::existing(key));
     if (!property || !property->set)
-        throwUnknownKey(object, "setValue:forUndefinedKey:", key);
+        throwUnknownKey(object.description(), writing, key);
     if (!object.hasObservers()) {
         property->set(object, value);
         return;
@@ -63,12 +83,11 @@ void setValueForKey(NSObject& object, const std::any& value, std::string_view ke
 }
 
 void setValueForKeyPath(NSObject& object, const std::any& value, std::string_view keyPath) {
-    const auto dot = keyPath.find('.');
-    if (dot == std::string_view::npos) {
+    const Path path = split(keyPath);
+    if (path.rest.empty())
         setValueForKey(object, value, keyPath);
-    } else if (const auto related = relatedObject(object, keyPath.substr(0, dot))) {
-        setValueForKeyPath(*related, value, keyPath.substr(dot + 1));
-    }
+    else if (const auto related = relatedObject(object, path, writing))
+        setValueForKeyPath(*related, value, path.rest);
 }
 
 } // namespace kw

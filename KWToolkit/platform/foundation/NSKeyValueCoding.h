@@ -10,6 +10,7 @@
 #include <KWToolkit/platform/foundation/Property.h>
 
 #include <any>
+#include <cmath>
 #include <concepts>
 #include <cstdint>
 #include <functional>
@@ -67,7 +68,7 @@ Property property(std::string_view name, Getter getter, Setter setter);
 /// the class has none of that name.
 KW_EXPORT std::any valueForKey(const NSObject& object, std::string_view key);
 /// Follows properties through related objects: "author.address.city". Nothing where one of the
-/// objects is absent.
+/// objects is absent. Throws as `valueForKey`, also for a path through what is no object.
 KW_EXPORT std::any valueForKeyPath(const NSObject& object, std::string_view keyPath);
 template <class T>
 T valueForKey(const NSObject& object, std::string_view key) {
@@ -116,9 +117,9 @@ std::optional<Integer> converted(double value) {
     constexpr double least = static_cast<double>(std::numeric_limits<Integer>::min());
     constexpr double beyond =
         2.0 * static_cast<double>(Integer {1} << (std::numeric_limits<Integer>::digits - 1));
-    if (value > least - 1 && value < beyond)
-        return static_cast<Integer>(value);
-    return std::nullopt;
+    const double whole = std::trunc(value);
+    return whole >= least && whole < beyond ? std::optional(static_cast<Integer>(whole))
+                                            : std::nullopt;
 }
 
 template <class T>
@@ -169,6 +170,8 @@ std::any boxed(T&& value) {
         "objects travel as std::shared_ptr");
     if constexpr (std::same_as<Value, std::any>) {
         return std::forward<T>(value);
+    } else if constexpr (std::same_as<Value, std::nullptr_t>) {
+        return {};
     } else if constexpr (std::same_as<Value, bool>) {
         return value;
     } else if constexpr (std::is_enum_v<Value>) {
@@ -179,12 +182,12 @@ std::any boxed(T&& value) {
         return static_cast<std::uint64_t>(value);
     } else if constexpr (std::floating_point<Value>) {
         return static_cast<double>(value);
+    } else if constexpr (std::is_pointer_v<std::remove_cvref_t<T>> && detail::Text<Value>) {
+        return value ? std::any(std::string(value)) : std::any();
     } else if constexpr (detail::Text<Value>) {
         return std::string(std::forward<T>(value));
     } else if constexpr (detail::SharedObject<Value>::value) {
         return value ? std::any(std::shared_ptr<NSObject>(std::forward<T>(value))) : std::any();
-    } else if constexpr (std::same_as<Value, std::nullptr_t>) {
-        return {};
     } else if constexpr (detail::OptionalValue<Value>::value) {
         return value ? boxed(*std::forward<T>(value)) : std::any();
     } else {

@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <exception>
 #include <random>
@@ -23,9 +24,11 @@ std::uint64_t drawn() {
     }
 }
 
-void appendHex(std::string& text, std::uint64_t number) {
-    for (int shift = 60; shift >= 0; shift -= 4)
-        text += "0123456789ABCDEF"[number >> shift & 0xF];
+constexpr std::size_t digits = 16;
+
+void writeHex(char* text, std::uint64_t number) {
+    for (std::size_t i = digits; i-- > 0; number /= 16)
+        text[i] = "0123456789ABCDEF"[number % 16];
 }
 
 } // namespace
@@ -35,13 +38,10 @@ std::string NSProcessInfo::globallyUniqueString() {
     static std::atomic<std::uint64_t> count = 0;
     // The time is what tells a forked process from its parent.
     const auto time = std::chrono::system_clock::now().time_since_epoch().count();
-    std::string text;
-    text.reserve(50);
-    appendHex(text, process);
-    text += '-';
-    appendHex(text, static_cast<std::uint64_t>(time));
-    text += '-';
-    appendHex(text, ++count);
+    std::string text(3 * digits + 2, '-');
+    writeHex(text.data(), process);
+    writeHex(text.data() + digits + 1, static_cast<std::uint64_t>(time));
+    writeHex(text.data() + 2 * (digits + 1), ++count);
     return text;
 }
 
