@@ -208,13 +208,14 @@ int main(int argc, char** argv) {
     // Lives as long as the process, as a host's threads do.
     if (!takeFlag("--one-thread"))
         std::thread([] { std::promise<void>().get_future().wait(); }).detach();
+    registerNotify<Loop>("Loop");
+    if (!initializeInTurns(static_cast<int>(arguments.size()), arguments.data(), 9, "0.05"))
+        return 2;
     if (!onlyTables) {
-        registerNotify<Loop>("Loop");
-        if (!initializeInTurns(static_cast<int>(arguments.size()), arguments.data(), 9, "0.05"))
-            return 2;
         RatioReporter reporter;
         benchmark::RunSpecifiedBenchmarks(&reporter);
         printVerdicts(reporter);
     }
-    printTables();
+    if (benchmark::GetBenchmarkFilter().empty())
+        printTables();
 }
