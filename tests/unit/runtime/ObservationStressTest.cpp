@@ -281,9 +281,9 @@ TEST(ObservationStress, ManyThreadsAddRemoveChangeAndDestroy) {
     {
         World world;
         {
-            std::vector<std::jthread> threads;
+            std::array<std::jthread, threadCount> threads;
             for (unsigned seed = 0; seed < threadCount; ++seed)
-                threads.emplace_back([&world, seed] { world.liveOn(seed); });
+                threads[seed] = std::jthread([&world, seed] { world.liveOn(seed); });
         }
         world.waitForQueues();
         world.checkThatAllFollow();
@@ -314,9 +314,9 @@ TEST(ObservationStress, APathFollowsTheLastOfManyReplacements) {
             turn.arrive_and_wait();
         }
     };
-    std::vector<std::jthread> threads;
-    for (int i = 0; i < threadCount; ++i)
-        threads.emplace_back(replace, i == 0);
+    std::array<std::jthread, threadCount> threads;
+    for (std::size_t i = 0; i < threadCount; ++i)
+        threads[i] = std::jthread(replace, i == 0);
 }
 
 } // namespace
