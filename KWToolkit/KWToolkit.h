@@ -43,3 +43,5 @@
 #include <KWToolkit/url/NSDictionary+GTMNSDictionaryURLArgumentsAdditions.h>
 #include <KWToolkit/url/NSString+GTMNSStringURLArgumentsAdditions.h>
 #include <KWToolkit/url/NSURL+Encode.h>
+#include <KWToolkit/windows/layers/CALayer+Animations.h>
+#include <KWToolkit/windows/layers/CALayer+Layout.h>

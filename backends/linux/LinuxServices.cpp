@@ -6,6 +6,7 @@
 #include <KWToolkit/platform/Platform.h>
 #include <backends/linux/dbus/DBusUrlEventService.h>
 #include <backends/linux/dbus/PortalWorkspace.h>
+#include <backends/linux/dbus/SessionWorkspace.h>
 #include <backends/linux/posix/CLocale.h>
 #include <backends/linux/posix/Environment.h>
 #include <backends/linux/posix/PollRunLoop.h>
@@ -20,7 +21,6 @@
 #include <backends/linux/xdg/XdgMainBundle.h>
 #include <backends/linux/xdg/XdgProcessService.h>
 #include <backends/linux/xdg/XdgSearchPaths.h>
-#include <backends/linux/xdg/XdgWorkspace.h>
 
 namespace kw::detail {
 
@@ -63,7 +63,7 @@ template <>
 std::unique_ptr<Workspace> makeDefaultService() {
     if (PortalWorkspace::isSandboxed())
         return std::make_unique<PortalWorkspace>();
-    return std::make_unique<XdgWorkspace>();
+    return std::make_unique<SessionWorkspace>();
 }
 
 template <>

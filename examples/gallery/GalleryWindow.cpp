@@ -4,9 +4,11 @@
 
 #include "HotkeysPage.h"
 #include "ImagesPage.h"
+#include "LayersPage.h"
 #include "LoggingPage.h"
 #include "LoginItemsPage.h"
 #include "MovePage.h"
+#include "ObservationPage.h"
 #include "Page.h"
 #include "RunningApplicationsPage.h"
 #include "UrlPage.h"
@@ -26,6 +28,8 @@ const Page pages[] {
     {"Login items", &LoginItemsPage::make, &LoginItemsPage::visit},
     {"Running applications", &RunningApplicationsPage::make, &RunningApplicationsPage::visit},
     {"Images", &ImagesPage::make, &ImagesPage::visit},
+    {"Observation", &ObservationPage::make, &ObservationPage::visit},
+    {"Layers", &LayersPage::make, &LayersPage::visit},
 };
 
 } // namespace

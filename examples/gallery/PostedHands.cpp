@@ -24,7 +24,9 @@ public:
 private:
     void send(QEvent::Type type, Qt::Key key) {
         if (QWidget* const widget = QApplication::focusWidget()) {
-            QKeyEvent event(type, key, m_modifiers);
+            const bool isLetter = key >= Qt::Key_A && key <= Qt::Key_Z;
+            QKeyEvent event(
+                type, key, m_modifiers, isLetter ? QString(QChar(key)).toLower() : QString());
             QApplication::sendEvent(widget, &event);
         }
         if (key == Qt::Key_Alt)

@@ -8,6 +8,8 @@
 #include <gtest/gtest.h>
 
 #include <QImage>
+#include <QPainter>
+#include <QPicture>
 
 #include <algorithm>
 #include <cmath>
@@ -271,6 +273,149 @@ TEST(Painting, DrawsImagesUprightWithTheirShadowAndSmoothWhenScaled) {
         EXPECT_EQ(image.pixelColor(9, 16), QColor(8, 14 * 8, 255));
         EXPECT_EQ(image.pixelColor(26, 9), QColor(0, 0, 0)); // the shadow
         EXPECT_NEAR(image.pixelColor(36, isFlipped ? 2 : 17).lightness(), 32, 8);
+    }
+}
+
+TEST(Painting, LaysLayersOverTheRestAsOnePicture) {
+    // Squares that overlap between 10 and 14, and what their pixels are beside, below and in there.
+    const auto squares = [](NSGraphicsContext& context) {
+        context.fill(rectangle(4, 4, 10, 10));
+        context.fill(rectangle(10, 4, 10, 10));
+    };
+    const struct {
+        Draw draw;
+        int alpha; // of the squares
+        int shadow = 0; // 20 to their right
+    } rows[] {
+        {[&](auto& context) {
+             context.beginTransparencyLayer(0.5);
+             squares(context);
+             context.endTransparencyLayer();
+         },
+            128},
+        {[&](auto& context) {
+             context.beginTransparencyLayer(0.5);
+             context.clip(rectangle(0, 0, 20, 20));
+             context.saveGraphicsState();
+             context.beginTransparencyLayer(0.5);
+             squares(context);
+             context.restoreGraphicsState(); // not beyond the layer
+             squares(context);
+             context.endTransparencyLayer();
+         },
+            64},
+        {[&](auto& context) { // a shadow of the whole that lies outside the clip
+             context.clip(rectangle(20, 0, 20, 20));
+             context.setShadow({NSColor::blackColor(), {20, 0}, 0});
+             context.beginTransparencyLayer(0.25);
+             squares(context);
+             context.endTransparencyLayer();
+             context.endTransparencyLayer(); // there is none
+         },
+            0, 64},
+        {[&](auto& context) {
+             context.beginTransparencyLayer(2);
+             squares(context);
+             context.endTransparencyLayer();
+         },
+            255},
+        {[&](auto& context) {
+             context.beginTransparencyLayer(std::numeric_limits<double>::quiet_NaN());
+             squares(context);
+             context.beginTransparencyLayer(0.5);
+             squares(context);
+             context.endTransparencyLayer();
+             squares(context);
+             context.endTransparencyLayer();
+         },
+            0},
+    };
+    for (const auto& row : rows) {
+        for (const int ratio : {1, 2}) {
+            const QImage image = render(
+                std::make_shared<Canvas>(NSMakeRect(0, 0, 40, 20), ratio == 2, row.draw), ratio);
+            const auto alpha = [&](int x) {
+                return image.pixelColor(x * ratio, 9 * ratio).alpha();
+            };
+            for (const int x : {5, 12, 18})
+                EXPECT_NEAR(alpha(x), row.alpha, 1) << &row - std::begin(rows) << ' ' << x;
+            EXPECT_NEAR(alpha(32), row.shadow, 1) << &row - std::begin(rows);
+            EXPECT_EQ(alpha(2), 0);
+        }
+    }
+}
+
+TEST(Painting, RestoresTransformsAndClips) {
+    const double none = std::numeric_limits<double>::quiet_NaN();
+    const struct {
+        CGAffineTransform transform;
+        NSBezierPath clip; // before it
+        QRect ink; // of a square of 10 by 10, upside down
+    } rows[] {
+        {{1, 0, 0, 1, 3, 4}, rectangle(0, 0, 40, 20), {3, 4, 10, 10}},
+        {{2, 0, 0, 1, 0, 0}, rectangle(5, 5, 10, 10), {5, 5, 10, 5}},
+        {{0, 1, -1, 0, 30, 0}, rectangle(0, 0, 40, 20), {20, 0, 10, 10}}, // a quarter turn
+        {{1, 0, 0, 1, 0, 0}, {}, {}},
+        {{0, 0, 0, 1, 0, 0}, rectangle(0, 0, 40, 20), {}},
+        {{1, 0, 0, 1, none, 0}, rectangle(0, 0, 40, 20), {}},
+    };
+    for (const auto& row : rows) {
+        for (const double alpha : {0.5, 1.0}) {
+            const QImage image = render(true, [&](NSGraphicsContext& context) {
+                context.beginTransparencyLayer(alpha);
+                context.clip(row.clip);
+                context.concat(row.transform);
+                context.fill(rectangle(0, 0, 10, 10));
+                context.endTransparencyLayer();
+                context.fill(rectangle(38, 18, 2, 2));
+            });
+            EXPECT_EQ(image.pixelColor(39, 19).alpha(), 255);
+            EXPECT_EQ(inked(image.copy(0, 0, 38, 20), 127), row.ink) << &row - std::begin(rows);
+        }
+    }
+}
+
+TEST(Painting, KeepsShadowsAndPatternsWhereTheyAreUnderATransform) {
+    const auto image = std::make_shared<NSImage>(NSSize {16, 16});
+    image->addRepresentation(squareBitmap(16));
+    for (const double alpha : {0.5, 1.0}) {
+        const QImage picture = render(false, [&](NSGraphicsContext& context) {
+            context.beginTransparencyLayer(alpha);
+            context.setFillColor(NSColor::colorWithPatternImage(image));
+            context.concat({0, 2, -2, 0, 20, 0}); // a quarter turn, twice as large
+            context.setShadow({NSColor::blackColor(), {8, 0}, 0});
+            context.fill(rectangle(2, 2, 5, 5));
+        });
+        EXPECT_EQ(inked(picture, 127), QRect(6, 6, 18, 10));
+        EXPECT_NEAR(picture.pixelColor(8, 9).red(), 8 * 8, 2);
+        EXPECT_NEAR(picture.pixelColor(8, 9).green(), (9 - 20 + 16) * 8, 2);
+        EXPECT_EQ(picture.pixelColor(20, 10).lightness(), 0);
+    }
+}
+
+TEST(Painting, LeavesAPainterAsItWasAlsoWithoutPixels) {
+    const auto root =
+        std::make_shared<Canvas>(NSMakeRect(0, 0, 40, 20), true, [](NSGraphicsContext& context) {
+            context.saveGraphicsState();
+            context.beginTransparencyLayer(0.5);
+            context.fill(rectangle(0, 0, 10, 10));
+            context.concat({2, 0, 0, 2, 0, 0});
+            context.clip({});
+            context.saveGraphicsState();
+            context.beginTransparencyLayer(1);
+        });
+    root->addSubview(std::make_shared<Canvas>(NSMakeRect(20, 0, 10, 10), true,
+        [](NSGraphicsContext& context) { context.fill(rectangle(0, 0, 99, 99)); }));
+    const QImage image = render(root);
+    QPicture picture;
+    qt::ViewWidget(root).render(&picture, {}, {}, {});
+    QImage played(image.size(), image.format());
+    played.fill(Qt::transparent);
+    QPainter(&played).drawPicture(0, 0, picture);
+    for (const QImage& result : {image, played}) {
+        EXPECT_EQ(inked(result, 1), QRect(0, 0, 30, 10));
+        EXPECT_NEAR(result.pixelColor(5, 5).alpha(), 128, 1);
+        EXPECT_EQ(inked(result), QRect(20, 0, 10, 10));
     }
 }
 

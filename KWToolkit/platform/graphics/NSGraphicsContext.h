@@ -5,6 +5,7 @@
 #include <KWToolkit/platform/Export.h>
 #include <KWToolkit/platform/graphics/CGColor.h>
 #include <KWToolkit/platform/graphics/CGImage.h>
+#include <KWToolkit/platform/graphics/CGPattern.h>
 #include <KWToolkit/platform/graphics/NSBezierPath.h>
 #include <KWToolkit/platform/graphics/NSColor.h>
 #include <KWToolkit/platform/graphics/NSFont.h>
@@ -33,12 +34,27 @@ public:
     virtual void saveGraphicsState() = 0;
     virtual void restoreGraphicsState() = 0;
 
+    /// Puts a transform before the coordinates until the state is restored. Below one that cannot
+    /// be undone, or that is no number, nothing is drawn.
+    virtual void concat(const CGAffineTransform& transform) = 0;
+    /// Narrows what is drawn to the inside of a path until the state is restored. An empty path has
+    /// none.
+    virtual void clip(const NSBezierPath& path) = 0;
+
+    /// Saves the state. What is drawn from here on has no shadow, and is laid over the rest as one
+    /// picture at `alpha` when the layer ends, with the shadow of now. An alpha that is 0, below or
+    /// no number shows nothing; above 1 it is 1.
+    virtual void beginTransparencyLayer(double alpha) = 0;
+    /// Restores the state that the layer began with. Without a layer it does nothing.
+    virtual void endTransparencyLayer() = 0;
+
     virtual void setFillColor(const NSColor& color) = 0;
     /// A pattern's cells begin at the lower left corner of what is drawn into, whatever its
     /// coordinates, and are not flipped.
     virtual void setFillColor(const CGColor& color) = 0;
     virtual void setStrokeColor(const NSColor& color) = 0;
-    /// Puts a shadow under everything that is drawn until the state is restored.
+    /// Puts a shadow under everything that is drawn until the state is restored. Its size and place
+    /// are those of the view's points, whatever `concat` does.
     virtual void setShadow(const NSShadow& shadow) = 0;
 
     /// Fills a path with the fill color.

@@ -34,9 +34,12 @@ public:
         return true;
     }
 
+    bool accessibilityDisplayShouldReduceMotion() override { return reducesMotion; }
+
     std::map<std::string, std::string> applications; ///< identifier to path
     std::vector<std::string> openedURLs;
     std::vector<std::string> launchedApplications; ///< identifiers
+    bool reducesMotion = false;
     /// Moves to the Trash; where it is empty nothing can be moved.
     std::function<std::error_code(const std::string& folder, const std::string& name)> trashing;
 };

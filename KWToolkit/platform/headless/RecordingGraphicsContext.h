@@ -19,6 +19,22 @@ public:
     struct RestoreState {
         friend bool operator==(const RestoreState&, const RestoreState&) = default;
     };
+    struct Concat {
+        CGAffineTransform transform;
+        friend bool operator==(const Concat&, const Concat&) = default;
+    };
+    struct Clip {
+        NSBezierPath path;
+        friend bool operator==(const Clip&, const Clip&) = default;
+    };
+    struct BeginTransparencyLayer {
+        double alpha;
+        friend bool operator==(
+            const BeginTransparencyLayer&, const BeginTransparencyLayer&) = default;
+    };
+    struct EndTransparencyLayer {
+        friend bool operator==(const EndTransparencyLayer&, const EndTransparencyLayer&) = default;
+    };
     struct SetFillColor {
         NSColor color;
         friend bool operator==(const SetFillColor&, const SetFillColor&) = default;
@@ -60,13 +76,22 @@ public:
         TextAttributes attributes;
         friend bool operator==(const DrawText&, const DrawText&) = default;
     };
-    using Call = std::variant<SaveState, RestoreState, SetFillColor, SetFillCGColor, SetStrokeColor,
-        SetShadow, Fill, Stroke, DrawGradient, DrawImage, DrawText>;
+    using Call = std::variant<SaveState, RestoreState, Concat, Clip, BeginTransparencyLayer,
+        EndTransparencyLayer, SetFillColor, SetFillCGColor, SetStrokeColor, SetShadow, Fill, Stroke,
+        DrawGradient, DrawImage, DrawText>;
 
     const std::vector<Call>& calls() const { return m_calls; }
 
     void saveGraphicsState() override { m_calls.emplace_back(SaveState {}); }
     void restoreGraphicsState() override { m_calls.emplace_back(RestoreState {}); }
+    void concat(const CGAffineTransform& transform) override {
+        m_calls.emplace_back(Concat {transform});
+    }
+    void clip(const NSBezierPath& path) override { m_calls.emplace_back(Clip {path}); }
+    void beginTransparencyLayer(double alpha) override {
+        m_calls.emplace_back(BeginTransparencyLayer {alpha});
+    }
+    void endTransparencyLayer() override { m_calls.emplace_back(EndTransparencyLayer {}); }
     void setFillColor(const NSColor& color) override { m_calls.emplace_back(SetFillColor {color}); }
     void setFillColor(const CGColor& color) override {
         m_calls.emplace_back(SetFillCGColor {color});

@@ -10,7 +10,8 @@
 
 namespace kw {
 
-/// The desktop's knowledge of installed applications. Used on any thread.
+/// The desktop's knowledge of installed applications, and of what its user prefers. Used on any
+/// thread.
 class KW_EXPORT Workspace {
 public:
     virtual ~Workspace();
@@ -24,6 +25,9 @@ public:
     /// Starts a new instance of the application with this identifier, also where one runs, and does
     /// not wait for it. False where that cannot be started.
     virtual bool launchApplication(const std::string& identifier) = 0;
+    /// Whether the user asked for less movement on the screen. False where the desktop does not
+    /// say. Cheap enough to be asked before each animation, so a change may be noticed late.
+    virtual bool accessibilityDisplayShouldReduceMotion() = 0;
 };
 
 /// Knows no application.
@@ -33,6 +37,7 @@ public:
     bool openURL(const std::string&) override { return false; }
     std::error_code moveToTrash(const std::string&, const std::string&) override;
     bool launchApplication(const std::string&) override { return false; }
+    bool accessibilityDisplayShouldReduceMotion() override { return false; }
 };
 
 } // namespace kw

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include <KWToolkit/platform/ui/NSView.h>
 
+#include <KWToolkit/platform/ui/CALayer.h>
+
 #include <algorithm>
 #include <ranges>
 #include <utility>
@@ -16,6 +18,8 @@ NSView::NSView(NSRect frame)
 NSView::~NSView() {
     if (ViewHost* const shownBy = host())
         shownBy->viewWillGo(*this);
+    if (m_layer)
+        m_layer->setHostView(nullptr);
     for (const auto& view : m_subviews)
         view->m_superview = nullptr;
 }
@@ -30,7 +34,9 @@ void NSView::setFrame(NSRect frame) {
         return;
     NSView* const container = m_superview ? m_superview : this;
     container->setNeedsDisplayInRect(m_superview ? m_frame : bounds());
-    m_frame = frame;
+    const NSSize formerSize = std::exchange(m_frame, frame).size;
+    if (m_layer && frame.size != formerSize)
+        m_layer->fillHostView();
     container->setNeedsDisplayInRect(m_superview ? m_frame : bounds());
 }
 
@@ -79,6 +85,28 @@ void NSView::setNeedsDisplayInRect(NSRect rect) {
     const NSPoint other = convertToSuperview({NSMaxX(visible), NSMaxY(visible)});
     m_superview->setNeedsDisplayInRect(NSMakeRect(std::min(one.x, other.x),
         std::min(one.y, other.y), visible.size.width, visible.size.height));
+}
+
+void NSView::setLayer(std::shared_ptr<CALayer> layer) {
+    if (layer == m_layer)
+        return;
+    if (m_layer)
+        m_layer->setHostView(nullptr);
+    m_layer = nullptr;
+    if (layer) {
+        if (NSView* const former = layer->hostView())
+            former->setLayer(nullptr);
+        layer->removeFromSuperlayer();
+        m_layer = std::move(layer);
+        m_layer->setHostView(this);
+        m_layer->fillHostView();
+    }
+    setNeedsDisplay();
+}
+
+void NSView::drawLayer(NSGraphicsContext& context) const {
+    if (m_layer)
+        m_layer->draw(context);
 }
 
 NSView* NSView::hitTest(NSPoint point) {

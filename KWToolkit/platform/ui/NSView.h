@@ -12,6 +12,7 @@
 
 namespace kw {
 
+class CALayer;
 class NSView;
 
 /// Whoever shows a tree of views: a widget of a GUI toolkit, or a test.
@@ -59,6 +60,15 @@ public:
     void setNeedsDisplay() { setNeedsDisplayInRect(bounds()); }
     void setNeedsDisplayInRect(NSRect rect);
 
+    /// A tree of layers over what the view draws itself and beneath its subviews. Its root fills
+    /// the view, without animation; y grows upward in it, also where the view is flipped. A layer
+    /// is taken from where it was; null shows none.
+    const std::shared_ptr<CALayer>& layer() const { return m_layer; }
+    void setLayer(std::shared_ptr<CALayer> layer);
+    /// Draws the tree of layers as it looks now. Whoever shows the view calls it, with a context
+    /// whose y grows upward from the view's lower edge.
+    void drawLayer(NSGraphicsContext& context) const;
+
     /// Whether a click that only activates the window also reaches this view.
     virtual bool acceptsFirstMouse(const NSEvent&) { return false; }
     /// The front-most visible view at a point given in the superview's coordinates, or null.
@@ -84,6 +94,7 @@ private:
     NSView* m_superview = nullptr;
     std::vector<std::shared_ptr<NSView>> m_subviews;
     ViewHost* m_host = nullptr;
+    std::shared_ptr<CALayer> m_layer;
     bool m_isHidden = false;
 };
 

@@ -2,13 +2,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <backends/linux/xdg/XdgWorkspace.h>
+#include <backends/linux/dbus/SessionWorkspace.h>
 
 namespace kw {
 
 /// The workspace of a sandboxed process, whose URLs the desktop portal opens
 /// (org.freedesktop.portal.OpenURI).
-class KW_EXPORT PortalWorkspace final : public XdgWorkspace {
+class KW_EXPORT PortalWorkspace final : public SessionWorkspace {
 public:
     /// Whether this process runs in a sandbox that has the portal.
     static bool isSandboxed();

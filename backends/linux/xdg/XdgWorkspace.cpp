@@ -3,15 +3,20 @@
 #include <backends/linux/xdg/XdgWorkspace.h>
 
 #include <KWToolkit/platform/foundation/NSBundle.h>
+#include <KWToolkit/platform/foundation/NSPathUtilities.h>
+#include <backends/linux/posix/AtomicFile.h>
 #include <backends/linux/posix/DetachedProcess.h>
 #include <backends/linux/xdg/ApplicationFolder.h>
 #include <backends/linux/xdg/BaseFolders.h>
+#include <backends/linux/xdg/DesktopEntry.h>
 #include <backends/linux/xdg/InstalledApplications.h>
 #include <backends/linux/xdg/OpenProgram.h>
 #include <backends/linux/xdg/Trash.h>
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
+#include <string_view>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -23,6 +28,18 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr int deepestProgram = 1; // the depth of a folder in the top folder is 0
+
+struct AnimationSetting {
+    const char* file; // in the config home
+    const char* group;
+    const char* key;
+    std::array<std::string_view, 3> offValues;
+};
+constexpr AnimationSetting animationSettings[] {
+    {"kdeglobals", "KDE", "AnimationDurationFactor", {"0", "0.0", "0.00"}},
+    {"gtk-4.0/settings.ini", "Settings", "gtk-enable-animations", {"0", "false", "FALSE"}},
+    {"gtk-3.0/settings.ini", "Settings", "gtk-enable-animations", {"0", "false", "FALSE"}},
+};
 
 bool isFile(const fs::path& path) {
     std::error_code error;
@@ -111,6 +128,17 @@ std::optional<std::string> XdgWorkspace::applicationPath(const std::string& iden
     }
     const auto file = installedEntry(applicationsFolders(m_environment), identifier);
     return file ? applicationOf(file->entry, m_environment("PATH")) : std::nullopt;
+}
+
+bool XdgWorkspace::accessibilityDisplayShouldReduceMotion() {
+    const auto folder = baseFolders(m_environment).configHome;
+    return folder && std::ranges::any_of(animationSettings, [&](const AnimationSetting& setting) {
+        std::string text;
+        if (readFile(stringByAppendingPathComponent(*folder, setting.file), text))
+            return false;
+        const auto value = DesktopEntry(text).string(setting.group, setting.key);
+        return value && std::ranges::find(setting.offValues, *value) != setting.offValues.end();
+    });
 }
 
 } // namespace kw

@@ -28,6 +28,8 @@ public:
     /// The main bundle's identifier starts the main bundle. What is found is started as
     /// folderWithOpenProgram tells; that the program then ends at once is not noticed.
     bool launchApplication(const std::string& identifier) override;
+    /// Reads the settings of KDE's and of GTK's programs.
+    bool accessibilityDisplayShouldReduceMotion() override;
 
 private:
     Environment m_environment;

@@ -11,6 +11,8 @@
 #include <QGuiApplication>
 #include <QImage>
 #include <QLinearGradient>
+#include <QMargins>
+#include <QPaintEngine>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPixmapCache>
@@ -20,6 +22,8 @@
 #include <array>
 #include <cmath>
 #include <numbers>
+#include <ranges>
+#include <utility>
 
 namespace kw::qt {
 
@@ -28,6 +32,8 @@ namespace {
 constexpr double defaultFontSize = 13;
 constexpr double pointsPerInch = 72;
 constexpr double defaultMiterLimit = 10;
+constexpr double mostCachedPixels = 1 << 20; // of a shadow
+constexpr QMargins farthestShadow(2048, 2048, 2048, 2048); // of a layer, in pixels
 
 QPointF toQt(NSPoint point) { return {point.x, point.y}; }
 
@@ -94,7 +100,49 @@ QStringList linesOf(std::string_view text) {
         .split(u'\n');
 }
 
+/// The pixels that a painter can reach; nothing where it has none.
+std::optional<QRect> visiblePixels(const QPainter& painter) {
+    const QPaintEngine& engine = *painter.paintEngine();
+    if (engine.type() != QPaintEngine::Raster && engine.type() != QPaintEngine::OpenGL2)
+        return std::nullopt;
+    const QPaintDevice& device = *engine.paintDevice();
+    QRect area(0, 0, device.width(), device.height());
+    if (!engine.systemClip().isEmpty())
+        area &= engine.systemClip().boundingRect();
+    if (painter.hasClipping()) {
+        const QRectF clip = painter.deviceTransform().mapRect(painter.clipBoundingRect());
+        area &= clip.intersected(area).toAlignedRect();
+    }
+    return area;
+}
+
+/// A shadow in pixels.
+struct ShadowReach {
+    ShadowReach(const NSShadow& shadow, const QTransform& viewToDevice) {
+        const double scale = std::sqrt(std::abs(viewToDevice.determinant()));
+        sigma = shadow.blurRadius / 2 * scale;
+        extent = blurExtent(sigma);
+        offset = QPointF(shadow.offset.width, -shadow.offset.height) * scale;
+    }
+    /// Where what casts a shadow into an area lies.
+    QRectF sourceOf(const QRectF& area) const {
+        return area.translated(-offset).adjusted(-extent, -extent, extent, extent);
+    }
+
+    double sigma;
+    int extent;
+    QPointF offset;
+};
+
 } // namespace
+
+struct QtGraphicsContext::Layer {
+    QImage picture; // null where what is drawn goes to the painter below
+    std::unique_ptr<QPainter> painter;
+    QPoint corner; // of the picture, in the pixels below
+    double alpha = 1;
+    std::size_t states = 0; // with that of the layer
+};
 
 QtGraphicsContext::QtGraphicsContext(QPainter& painter, NSSize viewSize, bool isFlipped)
     : m_painter(painter)
@@ -107,15 +155,109 @@ QtGraphicsContext::QtGraphicsContext(QPainter& painter, NSSize viewSize, bool is
         m_painter.translate(0, viewSize.height);
         m_painter.scale(1, -1);
     }
+    m_viewToDevice = m_painter.deviceTransform();
 }
 
-QtGraphicsContext::~QtGraphicsContext() { m_painter.restore(); }
+QtGraphicsContext::~QtGraphicsContext() {
+    while (!m_layers.empty())
+        endTransparencyLayer();
+    while (m_states.size() > 1)
+        restoreGraphicsState();
+    m_painter.restore();
+}
 
-void QtGraphicsContext::saveGraphicsState() { m_states.push_back(state()); }
+QPainter& QtGraphicsContext::target() const {
+    for (const auto& layer : m_layers | std::views::reverse) {
+        if (layer->painter)
+            return *layer->painter;
+    }
+    return m_painter;
+}
+
+void QtGraphicsContext::saveGraphicsState() {
+    target().save();
+    m_states.push_back(state());
+}
 
 void QtGraphicsContext::restoreGraphicsState() {
-    if (m_states.size() > 1)
+    // Not beyond the beginning of a layer.
+    if (m_states.size() > (m_layers.empty() ? 1 : m_layers.back()->states)) {
         m_states.pop_back();
+        target().restore();
+    }
+}
+
+void QtGraphicsContext::concat(const CGAffineTransform& transform) {
+    const QTransform matrix = toQt(transform);
+    const QTransform whole = matrix * target().worldTransform();
+    if (matrix.isInvertible() && whole.isInvertible() && std::isfinite(whole.determinant())
+        && std::isfinite(whole.dx() + whole.dy()))
+        target().setWorldTransform(whole);
+    else
+        drawNothing();
+}
+
+void QtGraphicsContext::clip(const NSBezierPath& path) {
+    target().setClipPath(toQt(path), Qt::IntersectClip);
+}
+
+void QtGraphicsContext::drawNothing() { target().setClipRect(QRectF(), Qt::IntersectClip); }
+
+void QtGraphicsContext::beginTransparencyLayer(double alpha) {
+    const auto& shadow = state().shadow;
+    const std::optional<QRect> visible = visiblePixels(target());
+    QRect area = visible.value_or(QRect());
+    if (shadow && !area.isEmpty()) {
+        const QRectF source = ShadowReach(*shadow, m_viewToDevice).sourceOf(area);
+        area = (source | area).intersected(area.marginsAdded(farthestShadow)).toAlignedRect();
+    }
+    const bool isNothing = !(alpha > 0) || (visible && area.isEmpty());
+    const bool isDirect = alpha >= 1 && !shadow;
+    auto layer = std::make_unique<Layer>();
+    if (visible && !isNothing && !isDirect)
+        layer->picture = QImage(area.size(), QImage::Format_ARGB32_Premultiplied);
+
+    saveGraphicsState();
+    state().shadow.reset();
+    layer->states = m_states.size();
+    if (isNothing) {
+        drawNothing();
+    } else if (!layer->picture.isNull()) {
+        layer->alpha = std::min(alpha, 1.0);
+        layer->corner = area.topLeft();
+        layer->picture.fill(Qt::transparent);
+        layer->painter = std::make_unique<QPainter>(&layer->picture);
+        layer->painter->setRenderHints(target().renderHints());
+        const QTransform toPicture = QTransform::fromTranslate(-area.x(), -area.y());
+        layer->painter->setWorldTransform(target().deviceTransform() * toPicture);
+        m_viewToDevice *= toPicture;
+    } else if (!isDirect) {
+        target().setOpacity(target().opacity() * std::min(alpha, 1.0));
+    }
+    m_layers.push_back(std::move(layer));
+}
+
+void QtGraphicsContext::endTransparencyLayer() {
+    if (m_layers.empty())
+        return;
+    while (m_states.size() > m_layers.back()->states)
+        restoreGraphicsState();
+    const std::unique_ptr<Layer> layer = std::move(m_layers.back());
+    m_layers.pop_back();
+    restoreGraphicsState();
+    if (!layer->painter)
+        return;
+    layer->painter->end();
+    m_viewToDevice *= QTransform::fromTranslate(layer->corner.x(), layer->corner.y());
+    const QTransform toView = target().deviceTransform().inverted();
+    const QRectF pixels(layer->corner, layer->picture.size());
+    paintWithShadow(toView.mapRect(pixels), [&](QPainter& painter) {
+        painter.save();
+        painter.setWorldTransform(toView, true);
+        painter.setOpacity(painter.opacity() * layer->alpha);
+        painter.drawImage(pixels.topLeft(), layer->picture);
+        painter.restore();
+    });
 }
 
 void QtGraphicsContext::setFillColor(const NSColor& color) {
@@ -135,8 +277,7 @@ void QtGraphicsContext::setFillColor(const CGColor& color) {
     QTransform toView = toQt(color.pattern()->matrix());
     if (m_isFlipped)
         toView *= QTransform(1, 0, 0, -1, 0, m_height);
-    QBrush brush =
-        patternBrush(*color.pattern(), color.alpha(), toView * m_painter.deviceTransform());
+    QBrush brush = patternBrush(*color.pattern(), color.alpha(), toView * m_viewToDevice);
     brush.setTransform(brush.transform() * toView);
     state().fill = std::move(brush);
 }
@@ -144,10 +285,20 @@ void QtGraphicsContext::setFillColor(const CGColor& color) {
 void QtGraphicsContext::setStrokeColor(const NSColor& color) { state().strokeColor = toQt(color); }
 void QtGraphicsContext::setShadow(const NSShadow& shadow) { state().shadow = shadow; }
 
+QBrush QtGraphicsContext::fillBrush() {
+    QBrush brush = state().fill;
+    // A pattern stays where the view has it.
+    if (brush.style() == Qt::TexturePattern)
+        brush.setTransform(
+            brush.transform() * m_viewToDevice * target().deviceTransform().inverted());
+    return brush;
+}
+
 void QtGraphicsContext::fill(const NSBezierPath& path) {
     const QPainterPath outline = toQt(path);
-    paintWithShadow(outline.boundingRect(),
-        [&](QPainter& painter) { painter.fillPath(outline, state().fill); });
+    const QBrush brush = fillBrush();
+    paintWithShadow(
+        outline.boundingRect(), [&](QPainter& painter) { painter.fillPath(outline, brush); });
 }
 
 void QtGraphicsContext::stroke(const NSBezierPath& path) {
@@ -182,7 +333,7 @@ void QtGraphicsContext::drawImage(const CGImage& image, const NSRect& rect) {
         || !std::isfinite(bounds.left() + bounds.top() + bounds.width() + bounds.height()))
         return;
     // Qt looks at four pixels at most for each that it draws.
-    const QSizeF drawn = m_painter.deviceTransform().mapRect(bounds).size();
+    const QSizeF drawn = target().deviceTransform().mapRect(bounds).size();
     if (2 * drawn.width() < picture.width() || 2 * drawn.height() < picture.height())
         picture = picture.scaled(drawn.boundedTo(picture.size()).toSize().expandedTo({1, 1}),
             Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
@@ -198,7 +349,7 @@ void QtGraphicsContext::drawImage(const CGImage& image, const NSRect& rect) {
 }
 
 NSSize QtGraphicsContext::sizeOfText(std::string_view text, const TextAttributes& attributes) {
-    const QFontMetricsF metrics(fontFor(attributes.font), m_painter.device());
+    const QFontMetricsF metrics(fontFor(attributes.font), target().device());
     const QStringList lines = linesOf(text);
     double width = 0;
     for (const QString& line : lines)
@@ -209,7 +360,7 @@ NSSize QtGraphicsContext::sizeOfText(std::string_view text, const TextAttributes
 void QtGraphicsContext::drawText(
     std::string_view text, NSPoint origin, const TextAttributes& attributes) {
     const QFont font = fontFor(attributes.font);
-    const QFontMetricsF metrics(font, m_painter.device());
+    const QFontMetricsF metrics(font, target().device());
     const NSSize size = sizeOfText(text, attributes);
     const QStringList lines = linesOf(text);
     const QColor color = toQt(attributes.color);
@@ -246,7 +397,7 @@ QFont QtGraphicsContext::fontFor(const NSFont& font) const {
         result.setFamily(QString::fromStdString(font.family));
     // Qt's own pixel sizes are whole numbers only.
     const double size = font.size > 0 ? font.size : defaultFontSize;
-    result.setPointSizeF(size * pointsPerInch / m_painter.device()->logicalDpiY());
+    result.setPointSizeF(size * pointsPerInch / target().device()->logicalDpiY());
     result.setBold(font.isBold);
     return result;
 }
@@ -254,41 +405,42 @@ QFont QtGraphicsContext::fontFor(const NSFont& font) const {
 void QtGraphicsContext::paintWithShadow(const QRectF& bounds, const Paint& paint) {
     if (const auto& shadow = state().shadow)
         paintShadow(*shadow, bounds, paint);
-    paint(m_painter);
+    paint(target());
 }
 
 // Drawn in the device's pixels, so that the shadow is as fine as what casts it.
 void QtGraphicsContext::paintShadow(
     const NSShadow& shadow, const QRectF& bounds, const Paint& paint, const QString& cacheName) {
-    const QTransform toDevice = m_painter.deviceTransform();
-    const double scale = std::sqrt(std::abs(toDevice.determinant()));
-    const double sigma = shadow.blurRadius / 2 * scale;
-    const int extent = blurExtent(sigma);
-    const QRect area =
-        toDevice.mapRect(bounds).toAlignedRect().adjusted(-extent, -extent, extent, extent);
-    if (area.isEmpty() || !(scale > 0))
+    const QTransform toDevice = target().deviceTransform();
+    const ShadowReach reach(shadow, m_viewToDevice);
+    QRectF pixels =
+        toDevice.mapRect(bounds).adjusted(-reach.extent, -reach.extent, reach.extent, reach.extent);
+    const bool isCached =
+        !cacheName.isEmpty() && pixels.width() * pixels.height() < mostCachedPixels;
+    if (const auto visible = visiblePixels(target()); visible && !isCached)
+        pixels &= reach.sourceOf(*visible);
+    const QRect area = pixels.toAlignedRect();
+    if (area.isEmpty() || !toDevice.isInvertible())
         return;
 
     const QColor color = toQt(shadow.color);
     const QTransform toArea = toDevice * QTransform::fromTranslate(-area.x(), -area.y());
-    const QString key = QStringLiteral("kw-shadow %1 %2 %3 %4 %5 ")
-                            .arg(scale)
-                            .arg(sigma)
-                            .arg(toArea.dx())
-                            .arg(toArea.dy())
-                            .arg(color.name(QColor::HexArgb))
-        + cacheName;
+    QString key = QStringLiteral("kw-shadow ") + color.name(QColor::HexArgb) + u' ';
+    for (const double value : {reach.sigma, toArea.m11(), toArea.m12(), toArea.m21(), toArea.m22(),
+             toArea.dx(), toArea.dy()})
+        key += QString::number(value) + u' ';
+    key += cacheName;
     QPixmap picture;
-    if (cacheName.isEmpty() || !QPixmapCache::find(key, &picture)) {
+    if (!isCached || !QPixmapCache::find(key, &picture)) {
         QImage mask(area.size(), QImage::Format_Alpha8);
         mask.fill(0);
         {
             QPainter painter(&mask);
-            painter.setRenderHints(m_painter.renderHints());
+            painter.setRenderHints(target().renderHints());
             painter.setTransform(toArea);
             paint(painter);
         }
-        blurMask(mask, sigma);
+        blurMask(mask, reach.sigma);
         QImage colored(area.size(), QImage::Format_ARGB32_Premultiplied);
         colored.fill(color);
         QPainter painter(&colored);
@@ -296,15 +448,14 @@ void QtGraphicsContext::paintShadow(
         painter.drawImage(0, 0, mask);
         painter.end();
         picture = QPixmap::fromImage(std::move(colored));
-        if (!cacheName.isEmpty())
+        if (isCached)
             QPixmapCache::insert(key, picture);
     }
 
-    m_painter.save();
-    m_painter.setWorldTransform((m_painter.worldTransform().inverted() * toDevice).inverted());
-    m_painter.drawPixmap(
-        area.topLeft() + QPointF(shadow.offset.width, -shadow.offset.height) * scale, picture);
-    m_painter.restore();
+    target().save();
+    target().setWorldTransform((target().worldTransform().inverted() * toDevice).inverted());
+    target().drawPixmap(area.topLeft() + reach.offset, picture);
+    target().restore();
 }
 
 } // namespace kw::qt

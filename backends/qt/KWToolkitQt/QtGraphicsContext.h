@@ -8,8 +8,11 @@
 #include <QColor>
 #include <QRectF>
 #include <QString>
+#include <QTransform>
 
+#include <cstddef>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -21,14 +24,22 @@ namespace kw::qt {
 
 /// Paints with a QPainter, at whatever device-pixel ratio it has. One point is one unit of the
 /// painter's coordinates.
+///
+/// A transparency layer is a picture of the pixels inside the clip. On what has no pixels
+/// (QPicture, PDF) each shape has the layer's alpha by itself, and the layer no shadow.
 class QtGraphicsContext final : public NSGraphicsContext {
 public:
-    /// The painter's origin is the view's upper left corner. It is left as it was found.
+    /// The painter's origin is the view's upper left corner. It is left as it was found, also where
+    /// a drawing does not restore its states or end its layers.
     QtGraphicsContext(QPainter& painter, NSSize viewSize, bool isFlipped);
     ~QtGraphicsContext() override;
 
     void saveGraphicsState() override;
     void restoreGraphicsState() override;
+    void concat(const CGAffineTransform& transform) override;
+    void clip(const NSBezierPath& path) override;
+    void beginTransparencyLayer(double alpha) override;
+    void endTransparencyLayer() override;
     void setFillColor(const NSColor& color) override;
     void setFillColor(const CGColor& color) override;
     void setStrokeColor(const NSColor& color) override;
@@ -48,16 +59,23 @@ private:
     };
     using Paint = std::function<void(QPainter&)>;
 
+    struct Layer;
+
     QFont fontFor(const NSFont& font) const;
+    QPainter& target() const;
     State& state() { return m_states.back(); }
+    QBrush fillBrush();
+    void drawNothing();
     void paintShadow(const NSShadow& shadow, const QRectF& bounds, const Paint& paint,
         const QString& cacheName = {});
     void paintWithShadow(const QRectF& bounds, const Paint& paint);
 
-    QPainter& m_painter;
+    QPainter& m_painter; // of the view; within a layer see target()
     double m_height;
     bool m_isFlipped;
-    std::vector<State> m_states {1};
+    QTransform m_viewToDevice; // before any `concat`
+    std::vector<State> m_states {1}; // each but the first beside a saved state of a painter
+    std::vector<std::unique_ptr<Layer>> m_layers;
 };
 
 } // namespace kw::qt

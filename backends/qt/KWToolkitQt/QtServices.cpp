@@ -8,6 +8,8 @@
 #include <KWToolkitQt/QtImageDecoder.h>
 #include <KWToolkitQt/QtRunLoop.h>
 
+#include <QCoreApplication>
+
 namespace kw::qt {
 
 void useQtServices() {
@@ -19,6 +21,8 @@ void useQtServices() {
             [] { return std::make_unique<QtApplicationService>(); });
         setServiceFactory<ImageDecoder>([] { return std::make_unique<QtImageDecoder>(); });
         QtApplicationService::watchQuit();
+        // So that other threads know the main thread's loop before anyone asks there.
+        qAddPreRoutine([] { Platform::runLoop(); });
         return true;
     }();
 }

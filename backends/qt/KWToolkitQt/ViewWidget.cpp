@@ -50,6 +50,10 @@ void paint(QPainter& painter, NSView& view, const QRectF& dirty) {
         // Never a part of them: there are views that center on what they are given.
         callGuarded([&] { view.drawRect(context, view.bounds()); });
     }
+    if (view.layer()) {
+        QtGraphicsContext context(painter, size, /*isFlipped*/ false);
+        callGuarded([&] { view.drawLayer(context); });
+    }
     for (const auto& subview : view.subviews()) {
         const NSRect frame = subview->frame();
         const QPointF corner(

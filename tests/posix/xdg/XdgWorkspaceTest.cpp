@@ -102,4 +102,26 @@ TEST_F(XdgWorkspaceTest, TheFirstEntryDecides) {
         EXPECT_EQ(find(identifier), "none") << identifier;
 }
 
+TEST_F(XdgWorkspaceTest, ReadsWhetherAnimationsAreOff) {
+    XdgWorkspace workspace(test::FakeEnvironment {{"XDG_CONFIG_HOME", folder.path("config")}});
+    const struct {
+        const char* file;
+        const char* text;
+        bool isReduced;
+    } rows[] {
+        {"gtk-4.0/settings.ini", "[Settings]\ngtk-enable-animations=0\n", true},
+        {"gtk-3.0/settings.ini", "[Settings]\ngtk-enable-animations = false", true},
+        {"gtk-3.0/settings.ini", "[Settings]\ngtk-enable-animations=1\n", false},
+        {"kdeglobals", "[KDE]\nAnimationDurationFactor=0\n", true},
+        {"kdeglobals", "[General]\nAnimationDurationFactor=0\n[KDE]\nAnimationDurationFactor=0.5\n",
+            false},
+    };
+    for (const auto& row : rows) {
+        EXPECT_FALSE(workspace.accessibilityDisplayShouldReduceMotion());
+        const auto file = folder.write(std::string("config/") + row.file, row.text);
+        EXPECT_EQ(workspace.accessibilityDisplayShouldReduceMotion(), row.isReduced) << row.text;
+        std::filesystem::remove(file);
+    }
+}
+
 } // namespace

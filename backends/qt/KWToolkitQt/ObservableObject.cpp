@@ -1,0 +1,268 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#include <KWToolkitQt/ObservableObject.h>
+
+#include <KWToolkit/platform/Guarded.h>
+#include <KWToolkit/platform/foundation/NSException.h>
+#include <KWToolkit/platform/foundation/NSKeyValueCoding.h>
+#include <KWToolkit/platform/foundation/NSKeyValueObserving.h>
+
+#include <QMetaObject>
+#include <QMetaProperty>
+#include <QObject>
+#include <QScopeGuard>
+#include <QString>
+#include <QVariant>
+
+#include <algorithm>
+#include <any>
+#include <atomic>
+#include <mutex>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace kw::qt {
+
+namespace {
+
+/// How values of one of Qt's types travel.
+struct Conversion {
+    int type;
+    std::any (*read)(const QVariant& value);
+    QVariant (*write)(const std::any& value);
+};
+
+template <class T>
+constexpr Conversion asIs(QMetaType::Type type) {
+    return {type, [](const QVariant& value) { return boxed(value.value<T>()); },
+        [](const std::any& value) { return QVariant::fromValue(unboxed<T>(value)); }};
+}
+
+constexpr Conversion conversions[] {
+    asIs<bool>(QMetaType::Bool),
+    asIs<int>(QMetaType::Int),
+    asIs<uint>(QMetaType::UInt),
+    asIs<double>(QMetaType::Double),
+    asIs<float>(QMetaType::Float),
+    asIs<qlonglong>(QMetaType::LongLong),
+    asIs<qulonglong>(QMetaType::ULongLong),
+    asIs<long>(QMetaType::Long),
+    asIs<ulong>(QMetaType::ULong),
+    asIs<short>(QMetaType::Short),
+    asIs<ushort>(QMetaType::UShort),
+    asIs<char>(QMetaType::Char),
+    asIs<signed char>(QMetaType::SChar),
+    asIs<uchar>(QMetaType::UChar),
+    {QMetaType::QString,
+        [](const QVariant& value) { return boxed(value.toString().toStdString()); },
+        [](const std::any& value) {
+            return QVariant(QString::fromStdString(unboxed<std::string>(value)));
+        }},
+};
+
+const Conversion* conversionFor(QMetaType type) {
+    const auto* const found = std::ranges::find(conversions, type.id(), &Conversion::type);
+    return found == std::end(conversions) ? nullptr : found;
+}
+
+bool isObject(QMetaType type) { return type.flags().testFlag(QMetaType::PointerToQObject); }
+
+std::any travelling(const QVariant& value) {
+    const QMetaType type = value.metaType();
+    if (!type.isValid())
+        return {};
+    if (const Conversion* const conversion = conversionFor(type))
+        return conversion->read(value);
+    if (type.flags().testFlag(QMetaType::IsEnumeration))
+        return boxed(value.toLongLong());
+    if (isObject(type)) {
+        auto* const object = value.value<QObject*>();
+        return object ? boxed(observable(*object)) : std::any();
+    }
+    return value;
+}
+
+class ObservableObject;
+
+/// A write by the name of a property that is under way on this thread.
+struct Write {
+    const ObservableObject* object;
+    int property;
+    const Write* outer;
+};
+thread_local const Write* innermostWrite = nullptr;
+
+Class& classOf(const QMetaObject& meta);
+
+/// Receives an object's notify signals, as many slots as it has properties.
+class Receiver final : public QObject {
+public:
+    explicit Receiver(ObservableObject& owner)
+        : m_owner(owner) { }
+    int qt_metacall(QMetaObject::Call call, int method, void** arguments) override;
+
+private:
+    ObservableObject& m_owner;
+};
+
+class ObservableObject final : public NSObject {
+public:
+    explicit ObservableObject(QObject& object)
+        : m_object(&object)
+        , m_meta(*object.metaObject())
+        , m_receiver(*this) {
+        const int firstSlot = QObject::staticMetaObject.methodCount();
+        for (int i = 0; i < m_meta.propertyCount(); ++i) {
+            if (const QMetaProperty property = m_meta.property(i); property.hasNotifySignal())
+                QMetaObject::connect(&object, property.notifySignalIndex(), &m_receiver,
+                    firstSlot + i, Qt::DirectConnection);
+        }
+    }
+
+    Class& isa() const override { return classOf(m_meta); }
+
+    /// Null where it is gone, or going and no longer what it was.
+    QObject* object() const {
+        QObject* const object = m_object;
+        return object && object->metaObject()->inherits(&m_meta) ? object : nullptr;
+    }
+    void objectGoes() { m_object = nullptr; }
+
+    std::any read(const QMetaProperty& property) const {
+        const QObject* const from = object();
+        return from ? travelling(property.read(from)) : std::any();
+    }
+
+    void write(const QMetaProperty& property, const std::any& value) {
+        QObject* const to = object();
+        if (!to)
+            throw NSException(NSInvalidArgumentException, "the object of Qt's is gone");
+        const QVariant converted = convertedFor(property, value);
+        const Write write {this, property.propertyIndex(), innermostWrite};
+        const auto end = qScopeGuard([&] { innermostWrite = write.outer; });
+        innermostWrite = &write;
+        if (!property.write(to, converted))
+            detail::throwUnsuitableValue(value, property.metaType().name());
+    }
+
+    void propertyChanged(int property) {
+        if (!hasObservers())
+            return;
+        for (const Write* write = innermostWrite; write; write = write->outer) {
+            if (write->object == this && write->property == property)
+                return; // is told of when it is done
+        }
+        const auto alive = shared_from_this();
+        callGuarded([&] { detail::tellOfChange(*this, SEL(m_meta.property(property).name())); });
+    }
+
+private:
+    static QVariant convertedFor(const QMetaProperty& property, const std::any& value) {
+        const QMetaType type = property.metaType();
+        if (const Conversion* const conversion = conversionFor(type))
+            return conversion->write(value);
+        if (property.isEnumType())
+            return unboxed<int>(value);
+        if (isObject(type)) {
+            const auto given = unboxed<std::shared_ptr<NSObject>>(value);
+            const auto* const adapter = dynamic_cast<const ObservableObject*>(given.get());
+            QObject* const object = adapter ? adapter->object() : nullptr;
+            const QMetaObject* const needed = type.metaObject();
+            if (given && (!object || (needed && !object->metaObject()->inherits(needed))))
+                detail::throwUnsuitableValue(value, type.name());
+            return QVariant(
+                type, static_cast<const void*>(&object)); // Qt converts no null pointers
+        }
+        if (const auto* const held = std::any_cast<QVariant>(&value))
+            return *held;
+        // Qt knows what else it makes of a number or a text.
+        if (const auto* const text = std::any_cast<std::string>(&value))
+            return QString::fromStdString(*text);
+        return unboxed<double>(value);
+    }
+
+    std::atomic<QObject*> m_object;
+    const QMetaObject& m_meta;
+    Receiver m_receiver;
+};
+
+int Receiver::qt_metacall(QMetaObject::Call call, int method, void** arguments) {
+    const int property = QObject::qt_metacall(call, method, arguments);
+    if (property < 0 || call != QMetaObject::InvokeMetaMethod)
+        return property;
+    m_owner.propertyChanged(property);
+    return -1;
+}
+
+Property propertyOf(const QMetaProperty& meta) {
+    Property property {.name = SEL(meta.name()),
+        .get = [meta](NSObject& object) -> std::any {
+            return static_cast<ObservableObject&>(object).read(meta);
+        },
+        .set = {}};
+    if (meta.isWritable()) {
+        property.set = [meta](NSObject& object, const std::any& value) {
+            static_cast<ObservableObject&>(object).write(meta, value);
+        };
+    }
+    return property;
+}
+
+/// Made once for each, and never freed.
+Class& classOf(const QMetaObject& meta) {
+    static auto& mutex = *new std::recursive_mutex;
+    static auto& classes = *new std::unordered_map<const QMetaObject*, Class*>;
+    const std::scoped_lock lock(mutex);
+    Class*& made = classes[&meta];
+    if (!made) {
+        std::vector<Property> properties;
+        for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i)
+            properties.push_back(propertyOf(meta.property(i)));
+        Class& superclass =
+            meta.superClass() ? classOf(*meta.superClass()) : NSObject::classObject();
+        made = new Class(meta.className(), superclass, {}, std::move(properties));
+    }
+    return *made;
+}
+
+struct Adapters {
+    std::mutex mutex;
+    std::unordered_map<const QObject*, std::shared_ptr<ObservableObject>> ofObjects;
+};
+Adapters& adapters() {
+    static auto& all = *new Adapters;
+    return all;
+}
+
+void forget(QObject* object) {
+    std::unique_lock lock(adapters().mutex);
+    const auto node = adapters().ofObjects.extract(object); // ends outside the lock
+    lock.unlock();
+    if (node)
+        node.mapped()->objectGoes();
+}
+
+std::shared_ptr<ObservableObject> knownAdapter(const QObject& object) {
+    const std::scoped_lock lock(adapters().mutex);
+    const auto found = adapters().ofObjects.find(&object);
+    return found == adapters().ofObjects.end() ? nullptr : found->second;
+}
+
+} // namespace
+
+std::shared_ptr<NSObject> observable(QObject& object) {
+    if (auto known = knownAdapter(object))
+        return known;
+    auto made = std::make_shared<ObservableObject>(object); // calls the object: outside the lock
+    std::unique_lock lock(adapters().mutex);
+    const auto [place, isNew] = adapters().ofObjects.try_emplace(&object, made);
+    auto result = place->second;
+    lock.unlock();
+    if (isNew)
+        QObject::connect(&object, &QObject::destroyed, forget);
+    return result;
+}
+
+} // namespace kw::qt
