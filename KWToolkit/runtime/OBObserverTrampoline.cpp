@@ -25,8 +25,8 @@ std::shared_ptr<OBObserverTrampoline> OBObserverTrampoline::initObservingObject(
     // Observes only once it is owned: the first change may come at once, from another thread.
     auto trampoline = std::make_shared<OBObserverTrampoline>(
         Key(), observee, std::move(keyPath), std::move(queue), std::move(task));
-    trampoline->m_observation = addObserver(observee, *trampoline, trampoline->m_keyPath,
-        NSKeyValueObservingOptions::none, OBObserverTrampolineContext);
+    trampoline->m_observation =
+        addObserver(observee, *trampoline, trampoline->m_keyPath, {}, OBObserverTrampolineContext);
     return trampoline;
 }
 

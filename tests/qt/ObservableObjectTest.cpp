@@ -31,8 +31,8 @@ class Observer final : public NSObject {
 public:
     Observer(std::shared_ptr<NSObject> object, const char* keyPath)
         : m_object(std::move(object))
-        , m_observation(addObserver(*m_object, *this, keyPath,
-              NSKeyValueObservingOptions::newValue | NSKeyValueObservingOptions::oldValue)) { }
+        , m_observation(
+              addObserver(*m_object, *this, keyPath, {.newValue = true, .oldValue = true})) { }
     ~Observer() override { removeObserver(*m_object, m_observation); }
     void observeValueForKeyPath(
         const std::string&, NSObject&, const NSKeyValueChange& change, const void*) override {

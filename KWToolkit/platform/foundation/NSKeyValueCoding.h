@@ -114,7 +114,7 @@ std::optional<Integer> converted(From value) {
 template <std::integral Integer>
 std::optional<Integer> converted(double value) {
     // Both limits are exact as they are powers of two.
-    constexpr double least = static_cast<double>(std::numeric_limits<Integer>::min());
+    constexpr auto least = static_cast<double>(std::numeric_limits<Integer>::min());
     constexpr double beyond =
         2.0 * static_cast<double>(Integer {1} << (std::numeric_limits<Integer>::digits - 1));
     const double whole = std::trunc(value);

@@ -32,7 +32,7 @@ std::vector<OpenChange>& openChanges() {
 
 auto innermostOf(const ObservationInfo& info, SEL key) {
     auto& changes = openChanges();
-    return std::find_if(changes.rbegin(), changes.rend(), [&](const OpenChange& change) {
+    return std::ranges::find_if(changes.rbegin(), changes.rend(), [&](const OpenChange& change) {
         return change.objectSerial == info.serial() && change.key == key;
     });
 }
@@ -57,7 +57,7 @@ NSKeyValueObservation addObserver(NSObject& object, NSObject& observer, std::str
     NSKeyValueObservingOptions options, const void* context) {
     auto& observation =
         ObservationInfo::of(object).add(object, observer, keyPath, options, context);
-    if (contains(options, NSKeyValueObservingOptions::initial)) {
+    if (options.initial) {
         try {
             detail::tellInitially(observation, object);
         } catch (...) {

@@ -48,22 +48,13 @@ struct NSKeyValueChange {
     bool isPrior = false; ///< told before the change
 };
 
-/// What an observer asks to be told.
-enum class NSKeyValueObservingOptions : unsigned char {
-    none = 0, ///< that there was a change, and its kind
-    newValue = 1,
-    oldValue = 2,
-    initial = 4, ///< the present value, before adding the observer returns
-    prior = 8, ///< besides, before each change; the old value with it where that was asked for
+/// What an observer asks to be told besides that there was a change.
+struct NSKeyValueObservingOptions {
+    bool newValue = false;
+    bool oldValue = false;
+    bool initial = false; ///< also what is there, before adding the observer returns
+    bool prior = false; ///< also before each change, with the old value where that was asked for
 };
-constexpr NSKeyValueObservingOptions operator|(
-    NSKeyValueObservingOptions one, NSKeyValueObservingOptions other) {
-    return static_cast<NSKeyValueObservingOptions>(
-        static_cast<unsigned>(one) | static_cast<unsigned>(other));
-}
-constexpr bool contains(NSKeyValueObservingOptions options, NSKeyValueObservingOptions option) {
-    return (static_cast<unsigned>(options) & static_cast<unsigned>(option)) != 0;
-}
 
 namespace detail {
 struct Observation;
@@ -85,7 +76,7 @@ using NSKeyValueObservation = detail::Observation*;
 /// were added later are not told of it. One that leaves `addObserver` (of a getter on the path, or
 /// of the observer when it is told initially) has ended the observation.
 KW_EXPORT NSKeyValueObservation addObserver(NSObject& object, NSObject& observer,
-    std::string_view keyPath, NSKeyValueObservingOptions options = NSKeyValueObservingOptions::none,
+    std::string_view keyPath, NSKeyValueObservingOptions options = {},
     const void* context = nullptr);
 
 /// Ends an observation. The observer is not called for it any more on this thread, in a change that

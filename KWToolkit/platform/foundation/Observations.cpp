@@ -44,7 +44,7 @@ std::any valueIfAny(const NSObject& object, std::string_view keyPath) {
     }
 }
 
-bool wantsWill(Options options) { return contains(options, Options::oldValue | Options::prior); }
+bool wantsWill(Options options) { return options.oldValue || options.prior; }
 
 } // namespace
 
@@ -102,10 +102,10 @@ public:
             return;
         release(former);
         if (related) {
-            const auto options =
-                static_cast<unsigned>(owner->options) & ~static_cast<unsigned>(Options::initial);
-            m_observation = &ObservationInfo::of(*related).add(
-                *related, *this, rest(), static_cast<Options>(options), nullptr);
+            Options options = owner->options;
+            options.initial = false;
+            m_observation =
+                &ObservationInfo::of(*related).add(*related, *this, rest(), options, nullptr);
             m_related = related;
         }
     }
@@ -164,9 +164,7 @@ void tell(const Observation& observation, NSObject& object, const NSKeyValueChan
 }
 
 std::any newValueFor(const Observation& observation, const NSObject& object) {
-    return contains(observation.options, Options::newValue)
-        ? valueIfAny(object, keyPathOf(observation))
-        : std::any();
+    return observation.options.newValue ? valueIfAny(object, keyPathOf(observation)) : std::any();
 }
 
 /// With a path or options.
@@ -226,7 +224,7 @@ Observation& ObservationInfo::add(NSObject& object, NSObject& observer, std::str
     Options options, const void* context) {
     const SEL key = firstKey(keyPath);
     const bool isPath = keyPath.size() > key.name().size();
-    const bool isSimple = !isPath && !contains(options, Options::newValue | Options::oldValue);
+    const bool isSimple = !isPath && !options.newValue && !options.oldValue;
     auto* const observation = new Observation {.observer = &observer,
         .context = context,
         .list = nullptr,
@@ -373,11 +371,11 @@ ObservationInfo::OldValues ObservationInfo::willChange(NSObject& object, SEL key
             || !wantsWill(observation.options))
             return;
         NSKeyValueChange change {.isPrior = true};
-        if (contains(observation.options, Options::oldValue)) {
+        if (observation.options.oldValue) {
             change.oldValue = valueIfAny(object, keyPathOf(observation));
             oldValues.emplace_back(observation.serial, change.oldValue);
         }
-        if (contains(observation.options, Options::prior))
+        if (observation.options.prior)
             tell(observation, object, change);
     });
     return oldValues;

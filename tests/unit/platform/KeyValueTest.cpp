@@ -206,14 +206,14 @@ TEST(KeyValueObserving, TellsValuesWhereTheyAreAskedFor) {
         Options options;
         Entries told; ///< on adding, then as Ann becomes Bob
     } rows[] {
-        {Options::none, {"name ->-"}},
-        {Options::newValue, {"name ->Bob"}},
-        {Options::oldValue, {"name Ann>-"}},
-        {Options::newValue | Options::oldValue, {"name Ann>Bob"}},
-        {Options::initial, {"name ->-", "name ->-"}},
-        {Options::initial | Options::newValue, {"name ->Ann", "name ->Bob"}},
-        {Options::prior, {"name before ->-", "name ->-"}},
-        {Options::prior | Options::oldValue | Options::newValue,
+        {{}, {"name ->-"}},
+        {{.newValue = true}, {"name ->Bob"}},
+        {{.oldValue = true}, {"name Ann>-"}},
+        {{.newValue = true, .oldValue = true}, {"name Ann>Bob"}},
+        {{.initial = true}, {"name ->-", "name ->-"}},
+        {{.newValue = true, .initial = true}, {"name ->Ann", "name ->Bob"}},
+        {{.prior = true}, {"name before ->-", "name ->-"}},
+        {{.newValue = true, .oldValue = true, .prior = true},
             {"name before Ann>-", "name Ann>Bob"}},
     };
     for (const bool isPath : {false, true}) {
@@ -229,7 +229,7 @@ TEST(KeyValueObserving, TellsValuesWhereTheyAreAskedFor) {
                 entry.insert(0, isPath ? "friend." : "");
             EXPECT_EQ(diary.take(), told);
             // Another person of another name is a change of the name, too.
-            if (isPath && row.options == (Options::newValue | Options::oldValue)) {
+            if (isPath && row.options.newValue && row.options.oldValue && !row.options.prior) {
                 root.setFriend(std::make_shared<Person>());
                 EXPECT_EQ(diary.take(), Entries {"friend.name Bob>Ann"});
                 root.setFriend(nullptr);
@@ -282,7 +282,7 @@ TEST(KeyValueObserving, EndsByHandleOrByTheNewestOfItsKind) {
     Person person;
     Diary diary;
     const auto first = diary.observe(person, "name");
-    diary.observe(person, "name", Options::newValue);
+    diary.observe(person, "name", {.newValue = true});
     diary.observe(person, "friend.name");
     EXPECT_FALSE(removeObserver(person, diary, "name", nullptr)); // another context
     EXPECT_FALSE(removeObserver(person, diary, "friend", &diary));
@@ -310,7 +310,7 @@ TEST(KeyValueObserving, AsksNothingOfPropertiesThatNobodyObserves) {
 TEST(KeyValueObserving, AddsNobodyWhereAddingThrows) {
     Person person;
     NSObject careless;
-    EXPECT_EQ(thrownBy([&] { addObserver(person, careless, "name", Options::initial); }),
+    EXPECT_EQ(thrownBy([&] { addObserver(person, careless, "name", {.initial = true}); }),
         NSInternalInconsistencyException);
     person.setName("Bob");
 }

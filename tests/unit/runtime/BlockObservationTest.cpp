@@ -278,7 +278,7 @@ TEST(OperationQueue, TheMainOneRunsOnTheMainThread) {
     const ServiceScope scope(loop);
     Counter counter;
     std::thread::id calledOn;
-    const auto token = addObserverForKeyPath(counter, "value", NSOperationQueue::mainQueue(),
+    addObserverForKeyPath(counter, "value", NSOperationQueue::mainQueue(),
         [&](NSObject&, const NSKeyValueChange&) { calledOn = std::this_thread::get_id(); });
     std::thread([&] { counter.setValue(1); }).join();
     EXPECT_EQ(calledOn, std::thread::id());
