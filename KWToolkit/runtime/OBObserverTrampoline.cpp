@@ -16,9 +16,9 @@ constexpr char OBObserverTrampolineContext[] = "OBObserverTrampolineContext";
 OBObserverTrampoline::OBObserverTrampoline(Key, NSObject& observee, std::string keyPath,
     std::shared_ptr<NSOperationQueue> queue, OBObservationTask task)
     : m_observee(observee)
+    , m_queue(std::move(queue))
     , m_keyPath(std::move(keyPath))
-    , m_task(task ? std::move(task) : [](NSObject&, const NSKeyValueChange&) { })
-    , m_queue(std::move(queue)) { }
+    , m_task(task ? std::move(task) : [](NSObject&, const NSKeyValueChange&) { }) { }
 
 std::shared_ptr<OBObserverTrampoline> OBObserverTrampoline::initObservingObject(NSObject& observee,
     std::string keyPath, std::shared_ptr<NSOperationQueue> queue, OBObservationTask task) {
@@ -54,13 +54,13 @@ void OBObserverTrampoline::addToQueue(NSObject& object, const NSKeyValueChange& 
             owned = object.weak_from_this().lock(), observed = WeakReference(object), change] {
             // An object that nobody shares cannot be kept alive until here.
             const auto target = observed.lock();
-            if (target && !self->m_isCancelled)
+            if (target && !self->m_cancellationPredicate)
                 self->m_task(*target, change);
         });
 }
 
 void OBObserverTrampoline::cancelObservation() {
-    if (m_isCancelled.exchange(true))
+    if (m_cancellationPredicate.exchange(true))
         return;
     if (const auto observee = m_observee.lock())
         removeObserver(*observee, m_observation);

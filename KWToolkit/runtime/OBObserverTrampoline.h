@@ -47,11 +47,11 @@ private:
     void addToQueue(NSObject& object, const NSKeyValueChange& change);
 
     WeakReference m_observee; // empty once cancelled
-    const std::string m_keyPath;
-    const OBObservationTask m_task;
-    const std::shared_ptr<NSOperationQueue> m_queue;
-    std::atomic<bool> m_isCancelled = false;
     NSKeyValueObservation m_observation = nullptr;
+    std::atomic<bool> m_cancellationPredicate = false; // whether it was cancelled
+    const std::shared_ptr<NSOperationQueue> m_queue;
+    const std::string m_keyPath;
+    const OBObservationTask m_task; // the first of these to be released
 };
 
 } // namespace kw

@@ -74,7 +74,7 @@ void setValueForKey(NSObject& object, const std::any& value, std::string_view ke
     const Property* const property = object.isa().property(SEL::existing(key));
     if (!property || !property->set)
         throwUnknownKey(object.description(), writing, key);
-    if (!object.hasObservers()) {
+    if (!object.isObserved(property->name)) {
         property->set(object, value);
         return;
     }

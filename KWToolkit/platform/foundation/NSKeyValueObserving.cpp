@@ -57,8 +57,14 @@ NSKeyValueObservation addObserver(NSObject& object, NSObject& observer, std::str
     NSKeyValueObservingOptions options, const void* context) {
     auto& observation =
         ObservationInfo::of(object).add(object, observer, keyPath, options, context);
-    if (contains(options, NSKeyValueObservingOptions::initial))
-        detail::tellInitially(observation, object);
+    if (contains(options, NSKeyValueObservingOptions::initial)) {
+        try {
+            detail::tellInitially(observation, object);
+        } catch (...) {
+            removeObserver(object, &observation);
+            throw;
+        }
+    }
     return &observation;
 }
 
@@ -99,12 +105,14 @@ void didChangeValueForKey(NSObject& object, SEL key) {
 namespace detail {
 
 bool needsWillChange(const NSObject& object) {
-    return ObservationInfo::ifAny(object)->reasonsForWill.load(std::memory_order_relaxed) != 0;
+    const ObservationInfo* const info = ObservationInfo::ifAny(object);
+    return info && info->reasonsForWill.load(std::memory_order_relaxed) != 0;
 }
 
 void tellOfChange(NSObject& object, SEL key) {
     static const ObservationInfo::OldValues none;
-    ObservationInfo::ifAny(object)->didChange(object, key, none);
+    if (ObservationInfo* const info = ObservationInfo::ifAny(object))
+        info->didChange(object, key, none);
 }
 
 void abandonChange(NSObject& object, SEL key) {

@@ -15,7 +15,7 @@ namespace kw {
 
 // How a class lets its properties be observed: a setter changes the property within
 // `changeValueForKey`, or, where that is one member, with `setAndNotify`. While nobody observes the
-// object, that costs no more than a look at a pointer.
+// property, that costs no more than a look at a pointer and a bit.
 //
 //     class Document : public kw::NSObject {
 //     public:
@@ -82,7 +82,8 @@ using NSKeyValueObservation = detail::Observation*;
 /// observed, too (`didChangeValueForKey` tells of it), but no path leads through it.
 ///
 /// Any thread. An exception from an observer leaves the function that made the change; those that
-/// were added later are not told of it.
+/// were added later are not told of it. One that leaves `addObserver` (of a getter on the path, or
+/// of the observer when it is told initially) has ended the observation.
 KW_EXPORT NSKeyValueObservation addObserver(NSObject& object, NSObject& observer,
     std::string_view keyPath, NSKeyValueObservingOptions options = NSKeyValueObservingOptions::none,
     const void* context = nullptr);
@@ -129,7 +130,7 @@ void changeAnnounced(NSObject& object, SEL key, Change&& change) {
 /// while observers are told.
 template <class Change>
 void changeValueForKey(NSObject& object, SEL key, Change&& change) {
-    if (!object.hasObservers()) [[likely]] {
+    if (!object.isObserved(key)) [[likely]] {
         std::forward<Change>(change)();
     } else if (detail::needsWillChange(object)) {
         detail::changeAnnounced(object, key, std::forward<Change>(change));

@@ -7,6 +7,7 @@
 #include <KWToolkit/platform/foundation/SEL.h>
 
 #include <atomic>
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -15,6 +16,12 @@ namespace kw {
 namespace detail {
 struct ObjectExtras;
 class ObservationInfo;
+
+/// Which properties of an object are observed: a bit each, which few may share.
+struct ObservedKeys {
+    std::atomic<std::uint64_t> mask = 0;
+    static std::uint64_t bit(SEL key) { return std::uint64_t {1} << key.hash() % 64; }
+};
 } // namespace detail
 
 struct NSKeyValueChange;
@@ -75,8 +82,12 @@ public:
     virtual void observeValueForKeyPath(const std::string& keyPath, NSObject& object,
         const NSKeyValueChange& change, const void* context);
 
-    /// Whether it was ever observed. Any thread.
-    bool hasObservers() const { return m_observations.load(std::memory_order_acquire) != nullptr; }
+    /// Whether somebody may have to be told when the property changes. Any thread.
+    bool isObserved(SEL key) const {
+        const auto* const observed = m_observations.load(std::memory_order_acquire);
+        return observed
+            && (observed->mask.load(std::memory_order_relaxed) & detail::ObservedKeys::bit(key));
+    }
 
 private:
     friend struct detail::ObjectExtras;
@@ -85,7 +96,7 @@ private:
     // What few objects have (weak references, associated values), made on first use.
     std::atomic<detail::ObjectExtras*> m_extras = nullptr;
     // Who observes it, made on first use. Apart from the above, as each change looks here.
-    std::atomic<detail::ObservationInfo*> m_observations = nullptr;
+    std::atomic<detail::ObservedKeys*> m_observations = nullptr;
 };
 
 } // namespace kw

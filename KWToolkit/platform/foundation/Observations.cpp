@@ -208,11 +208,11 @@ ObservationInfo& ObservationInfo::of(NSObject& object) {
     if (ObservationInfo* const existing = ifAny(object))
         return *existing;
     auto* const made = new ObservationInfo;
-    ObservationInfo* winner = nullptr;
+    ObservedKeys* winner = nullptr;
     if (object.m_observations.compare_exchange_strong(winner, made, std::memory_order_acq_rel))
         return *made;
     delete made;
-    return *winner;
+    return static_cast<ObservationInfo&>(*winner);
 }
 
 KeyObservers* ObservationInfo::listOf(SEL key) const {
@@ -269,9 +269,16 @@ Observation& ObservationInfo::add(NSObject& object, NSObject& observer, std::str
         array->entries[count].store(observation, std::memory_order_release);
         array->count.store(count + 1, std::memory_order_release);
         ++list->living;
+        mask.fetch_or(bit(key), std::memory_order_relaxed);
     }
-    if (link)
-        link->follow(object);
+    if (link) {
+        try {
+            link->follow(object);
+        } catch (...) {
+            remove(*observation);
+            throw;
+        }
+    }
     return *observation;
 }
 
@@ -280,9 +287,14 @@ void ObservationInfo::takeOut(Observation& observation) {
     observation.list->array.load(std::memory_order_acquire)
         ->entries[observation.index]
         .store(nullptr, std::memory_order_release);
-    --observation.list->living;
     if (wantsWill(observation.options))
         --reasonsForWill;
+    if (--observation.list->living > 0)
+        return;
+    std::uint64_t observed = 0;
+    for (auto* list = m_lists.load(std::memory_order_acquire); list; list = list->next)
+        observed |= list->living > 0 ? bit(list->key) : 0;
+    mask.store(observed, std::memory_order_relaxed);
 }
 
 void ObservationInfo::remove(Observation& observation) {
@@ -389,8 +401,8 @@ void ObservationInfo::didChange(NSObject& object, SEL key, const OldValues& oldV
 }
 
 void ObservationInfo::objectDies(NSObject& object) {
-    ObservationInfo* const info =
-        object.m_observations.exchange(nullptr, std::memory_order_acq_rel);
+    auto* const info = static_cast<ObservationInfo*>(
+        object.m_observations.exchange(nullptr, std::memory_order_acq_rel));
     if (!info)
         return;
     if (info->m_state.load(std::memory_order_acquire) < onePin) {

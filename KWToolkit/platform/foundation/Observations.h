@@ -46,7 +46,7 @@ void tellInitially(const Observation& observation, NSObject& object);
 ///
 /// Changes of the lists take a mutex. Telling of a change takes none: it pins the lists, and what
 /// is taken out meanwhile is kept until nobody has them pinned. The object may die while they are.
-class ObservationInfo {
+class ObservationInfo : public ObservedKeys {
 public:
     /// A walk through the lists.
     class Pin {
@@ -66,7 +66,7 @@ public:
     /// Made on first use; any thread.
     static ObservationInfo& of(NSObject& object);
     static ObservationInfo* ifAny(const NSObject& object) {
-        return object.m_observations.load(std::memory_order_acquire);
+        return static_cast<ObservationInfo*>(object.m_observations.load(std::memory_order_acquire));
     }
     static void objectDies(NSObject& object);
 

@@ -59,8 +59,8 @@ void CALayer::insertSublayer(std::shared_ptr<CALayer> layer, std::size_t index) 
 void CALayer::removeFromSuperlayer() {
     if (!m_superlayer)
         return;
-    runAction("onOrderOut");
     const std::shared_ptr<NSObject> alive = weak_from_this().lock();
+    runAction("onOrderOut");
     CALayer* const superlayer = std::exchange(m_superlayer, nullptr);
     if (!superlayer) // the action has done it
         return;

@@ -296,6 +296,25 @@ TEST(KeyValueObserving, EndsByHandleOrByTheNewestOfItsKind) {
     EXPECT_EQ(diary.take(), Entries {});
 }
 
+TEST(KeyValueObserving, AsksNothingOfPropertiesThatNobodyObserves) {
+    Person person;
+    Diary diary;
+    EXPECT_FALSE(person.isObserved(Person::nameKey));
+    const auto first = diary.observe(person, "name"), second = diary.observe(person, "name");
+    removeObserver(person, first);
+    EXPECT_TRUE(person.isObserved(Person::nameKey));
+    removeObserver(person, second);
+    EXPECT_FALSE(person.isObserved(Person::nameKey));
+}
+
+TEST(KeyValueObserving, AddsNobodyWhereAddingThrows) {
+    Person person;
+    NSObject careless;
+    EXPECT_EQ(thrownBy([&] { addObserver(person, careless, "name", Options::initial); }),
+        NSInternalInconsistencyException);
+    person.setName("Bob");
+}
+
 TEST(KeyValueObserving, AnObserverThatHandlesNothingThrows) {
     Person person;
     NSObject careless;
