@@ -33,9 +33,12 @@
 #include <KWToolkit/platform/Platform.h>
 #include <KWToolkit/platform/foundation/Message.h>
 #include <KWToolkit/platform/foundation/NSBundle.h>
+#include <KWToolkit/platform/foundation/NSKeyValueCoding.h>
+#include <KWToolkit/platform/foundation/NSKeyValueObserving.h>
 #include <KWToolkit/platform/foundation/NSUserDefaults.h>
 #include <KWToolkit/runtime/NSObject+BlocksAdditions.h>
 #include <KWToolkit/runtime/NSObject+OBAssociatedObjects.h>
+#include <KWToolkit/runtime/NSObject+OBBlockObservation.h>
 #include <KWToolkit/runtime/NSObject+Swizzle.h>
 #include <KWToolkit/url/KWMailUtils.h>
 #include <KWToolkit/url/KWUrlDelegate.h>

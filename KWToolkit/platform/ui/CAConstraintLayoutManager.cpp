@@ -61,8 +61,7 @@ struct Rule {
 struct Node {
     enum class State { untouched, entered, solved };
     State state = State::untouched;
-    Span before;
-    Span now;
+    Span span; // before it is solved, where it was
     std::array<Rule, 2> rules {}; // the newest first
     std::size_t ruleCount = 0;
 };
@@ -88,8 +87,8 @@ public:
         for (std::size_t i = 0; i < m_nodes.size(); ++i)
             solveFrom(i);
         for (std::size_t i = 0; i < m_layers.size(); ++i) {
-            const Span& x = m_nodes[2 * i].now;
-            const Span& y = m_nodes[2 * i + 1].now;
+            const Span& x = m_nodes[2 * i].span;
+            const Span& y = m_nodes[2 * i + 1].span;
             if (m_nodes[2 * i].ruleCount > 0 || m_nodes[2 * i + 1].ruleCount > 0)
                 m_layers[i]->setFrame(NSMakeRect(x.origin, y.origin, x.size, y.size));
         }
@@ -98,10 +97,8 @@ public:
 private:
     void place(std::size_t index, const NSRect& rect) {
         const Spans spans = spansOf(rect);
-        for (std::size_t axis = 0; axis < spans.size(); ++axis) {
-            Node& node = m_nodes[2 * index + axis];
-            node.before = node.now = spans[axis];
-        }
+        for (std::size_t axis = 0; axis < spans.size(); ++axis)
+            m_nodes[2 * index + axis].span = spans[axis];
     }
 
     void chooseRules(std::size_t index) {
@@ -160,9 +157,8 @@ private:
         std::size_t anchorCount = 0;
         for (std::size_t i = 0; i < node.ruleCount; ++i) {
             const auto& [constraint, source] = node.rules[i];
-            // One that is entered and not solved closes a circle.
-            const Node& from = m_nodes[source];
-            const Span& span = from.state == Node::State::solved ? from.now : from.before;
+            // Not solved where this closes a circle.
+            const Span& span = m_nodes[source].span;
             const double value = find(constraint->sourceAttribute)->of(span) * constraint->scale
                 + constraint->offset;
             if (const auto part = find(constraint->attribute)->part)
@@ -173,9 +169,10 @@ private:
         const auto& [newest, other] = anchors;
         if (anchorCount == 2)
             size = (newest.value - other.value) / (newest.part - other.part);
-        node.now.size = size ? std::max(*size, 0.0) : node.before.size;
+        if (size)
+            node.span.size = std::max(*size, 0.0);
         if (anchorCount > 0)
-            node.now.origin = newest.value - newest.part * node.now.size;
+            node.span.origin = newest.value - newest.part * node.span.size;
         node.state = Node::State::solved;
     }
 

@@ -3,6 +3,8 @@
 #include <KWToolkit/platform/ui/CALayer.h>
 
 #include <KWToolkit/platform/Platform.h>
+#include <KWToolkit/platform/foundation/NSKeyValueCoding.h>
+#include <KWToolkit/platform/foundation/NSKeyValueObserving.h>
 #include <KWToolkit/platform/ui/CAConstraintLayoutManager.h>
 #include <KWToolkit/platform/ui/CATransaction.h>
 #include <KWToolkit/platform/ui/NSView.h>
@@ -13,6 +15,15 @@
 #include <utility>
 
 namespace kw {
+
+namespace {
+
+SEL frameKey() {
+    static const SEL key("frame");
+    return key;
+}
+
+} // namespace
 
 CALayer::CALayer()
     : m_madeBeforeCommit(CATransaction::count()) { }
@@ -26,15 +37,33 @@ CALayer::~CALayer() {
 }
 
 Class& CALayer::classObject() {
-    static auto& object = *new Class("CALayer", NSObject::classObject());
+    static auto& object = *new Class("CALayer", NSObject::classObject(), {},
+        {
+            property("name", &CALayer::name, &CALayer::setName),
+            property("frame", &CALayer::frame, &CALayer::setFrame),
+            property("bounds", &CALayer::bounds, &CALayer::setBounds),
+            property("position", &CALayer::position, &CALayer::setPosition),
+            property("anchorPoint", &CALayer::anchorPoint, &CALayer::setAnchorPoint),
+            property("transform", &CALayer::affineTransform, &CALayer::setAffineTransform),
+            property("opacity", &CALayer::opacity, &CALayer::setOpacity),
+            property("hidden", &CALayer::isHidden, &CALayer::setHidden),
+            property("backgroundColor", &CALayer::backgroundColor, &CALayer::setBackgroundColor),
+            property("borderColor", &CALayer::borderColor, &CALayer::setBorderColor),
+            property("borderWidth", &CALayer::borderWidth, &CALayer::setBorderWidth),
+            property("cornerRadius", &CALayer::cornerRadius, &CALayer::setCornerRadius),
+            property("contents", &CALayer::contents, &CALayer::setContents),
+            property("contentsScale", &CALayer::contentsScale, &CALayer::setContentsScale),
+        });
     return object;
 }
 
 void CALayer::setName(std::string name) {
     if (name == m_name)
         return;
-    m_name = std::move(name);
-    superlayerNeedsLayout();
+    changeValueForKey(*this, SEL("name"), [&] {
+        m_name = std::move(name);
+        superlayerNeedsLayout();
+    });
 }
 
 void CALayer::insertSublayer(std::shared_ptr<CALayer> layer, std::size_t index) {
@@ -72,6 +101,7 @@ void CALayer::removeFromSuperlayer() {
 }
 
 void CALayer::setBounds(const NSRect& bounds) {
+    const std::shared_ptr<NSObject> alive = weak_from_this().lock();
     const NSSize former = m_values.bounds.size;
     change("bounds", bounds);
     if (m_values.bounds.size == former)
@@ -90,6 +120,7 @@ void CALayer::setOpacity(float opacity) { change("opacity", static_cast<double>(
 void CALayer::setHidden(bool hidden) {
     if (hidden == isHidden())
         return;
+    const std::shared_ptr<NSObject> alive = weak_from_this().lock();
     change("hidden", hidden ? 1.0 : 0.0);
     runAction(hidden ? "onOrderOut" : "onOrderIn");
 }
@@ -124,9 +155,12 @@ void CALayer::setFrame(const NSRect& frame) {
             there.bounds.size = frame.size;
     }
     const NSRect around = there.frame();
-    setBounds(there.bounds);
-    setPosition({frame.origin.x + (frame.size.width - around.size.width) / 2 - around.origin.x,
-        frame.origin.y + (frame.size.height - around.size.height) / 2 - around.origin.y});
+    const std::shared_ptr<NSObject> alive = weak_from_this().lock();
+    detail::changeAnnounced(*this, frameKey(), [&] {
+        setBounds(there.bounds);
+        setPosition({frame.origin.x + (frame.size.width - around.size.width) / 2 - around.origin.x,
+            frame.origin.y + (frame.size.height - around.size.height) / 2 - around.origin.y});
+    });
 }
 
 void CALayer::setMasksToBounds(bool masks) {
@@ -144,10 +178,20 @@ void CALayer::change(std::string_view key, const CAValue& value) {
     else
         CATransaction::ensure(); // so that the next change finds something on the screen
     const CAActionArguments arguments {action ? property.get(presentationValues()) : CAValue()};
-    property.set(m_values, value);
-    setNeedsDisplay();
-    if (action)
-        action->runActionForKey(std::string(key), *this, arguments);
+    const auto apply = [&] {
+        changeValueForKey(*this, SEL(key), [&] {
+            property.set(m_values, value);
+            setNeedsDisplay();
+            if (action)
+                action->runActionForKey(std::string(key), *this, arguments);
+        });
+    };
+    // An observer may let go of the layer.
+    const std::shared_ptr<NSObject> alive = weak_from_this().lock();
+    if (property.traits.movesFrame && isObserved(frameKey()))
+        detail::changeAnnounced(*this, frameKey(), apply);
+    else
+        apply();
 }
 
 std::shared_ptr<CAAction> CALayer::actionToRun(std::string_view key) const {
@@ -171,7 +215,7 @@ std::shared_ptr<CAAction> CALayer::actionForKey(std::string_view key) const {
 
 std::shared_ptr<CAAction> CALayer::defaultActionForKey(std::string_view key) {
     const CALayerProperty* const property = CALayerProperty::find(key);
-    if (!property || !property->isAnimatedByDefault)
+    if (!property || !property->traits.isAnimatedByDefault)
         return nullptr;
     return std::make_shared<CABasicAnimation>(std::string(key));
 }

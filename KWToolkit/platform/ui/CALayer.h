@@ -60,7 +60,9 @@ public:
     void insertSublayer(std::shared_ptr<CALayer> layer, std::size_t index);
     void removeFromSuperlayer();
 
-    // Each of these has the key of its name, but for `affineTransform` ("transform").
+    // Each of these has the key of its name, but for `affineTransform` ("transform") and `isHidden`
+    // ("hidden"), and can be observed under it, as can "frame" and "name". Animations change no
+    // values, so nobody is told of them.
 
     const NSRect& bounds() const { return m_values.bounds; }
     void setBounds(const NSRect& bounds);

@@ -93,11 +93,11 @@ bool areFinite(std::initializer_list<double> numbers) {
 }
 
 template <auto member>
-constexpr CALayerProperty property(std::string_view key, bool isAnimatedByDefault = true) {
+constexpr CALayerProperty property(std::string_view key, CALayerProperty::Traits traits = {}) {
     using Value = std::remove_cvref_t<decltype(std::declval<CALayerValues>().*member)>;
     return {
         key,
-        isAnimatedByDefault,
+        traits,
         [](const CALayerValues& values) -> CAValue { return values.*member; },
         [](CALayerValues& values, const CAValue& value) {
             values.*member = std::get<Value>(value);
@@ -109,10 +109,10 @@ constexpr CALayerProperty property(std::string_view key, bool isAnimatedByDefaul
 }
 
 constexpr CALayerProperty properties[] = {
-    property<&CALayerValues::bounds>("bounds"),
-    property<&CALayerValues::position>("position"),
-    property<&CALayerValues::anchorPoint>("anchorPoint"),
-    property<&CALayerValues::transform>("transform"),
+    property<&CALayerValues::bounds>("bounds", {.movesFrame = true}),
+    property<&CALayerValues::position>("position", {.movesFrame = true}),
+    property<&CALayerValues::anchorPoint>("anchorPoint", {.movesFrame = true}),
+    property<&CALayerValues::transform>("transform", {.movesFrame = true}),
     property<&CALayerValues::opacity>("opacity"),
     property<&CALayerValues::hidden>("hidden"),
     property<&CALayerValues::backgroundColor>("backgroundColor"),
@@ -120,7 +120,7 @@ constexpr CALayerProperty properties[] = {
     property<&CALayerValues::borderWidth>("borderWidth"),
     property<&CALayerValues::cornerRadius>("cornerRadius"),
     property<&CALayerValues::contents>("contents"),
-    property<&CALayerValues::contentsScale>("contentsScale", false),
+    property<&CALayerValues::contentsScale>("contentsScale", {.isAnimatedByDefault = false}),
 };
 
 } // namespace

@@ -51,8 +51,13 @@ using CAValue = std::variant<std::monostate, double, NSPoint, NSRect, CGAffineTr
 
 /// A property that can be animated. Values of another type than the property's must not be passed.
 struct KW_EXPORT CALayerProperty {
+    struct Traits {
+        bool isAnimatedByDefault = true;
+        bool movesFrame = false;
+    };
+
     std::string_view key;
-    bool isAnimatedByDefault;
+    Traits traits;
     CAValue (*get)(const CALayerValues& values);
     void (*set)(CALayerValues& values, const CAValue& value);
     /// What lies between two values. Numbers and their tuples, also transforms, are interpolated

@@ -165,14 +165,15 @@ public:
     }
 
     void propertyChanged(int property) {
-        if (!hasObservers())
+        const SEL key(m_meta.property(property).name());
+        if (!isObserved(key))
             return;
         for (const Write* write = innermostWrite; write; write = write->outer) {
             if (write->object == this && write->property == property)
                 return; // is told of when it is done
         }
         const auto alive = shared_from_this();
-        callGuarded([&] { detail::tellOfChange(*this, SEL(m_meta.property(property).name())); });
+        callGuarded([&] { detail::tellOfChange(*this, key); });
     }
 
 private:

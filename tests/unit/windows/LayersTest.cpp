@@ -2,12 +2,14 @@
 // SPDX-License-Identifier: MIT
 #include <KWToolkit/platform/Platform.h>
 #include <KWToolkit/platform/foundation/NSException.h>
+#include <KWToolkit/platform/foundation/NSKeyValueCoding.h>
 #include <KWToolkit/platform/headless/HeadlessRunLoop.h>
 #include <KWToolkit/platform/headless/HeadlessWorkspace.h>
 #include <KWToolkit/platform/headless/RecordingGraphicsContext.h>
 #include <KWToolkit/platform/ui/CAConstraintLayoutManager.h>
 #include <KWToolkit/platform/ui/CATransaction.h>
 #include <KWToolkit/platform/ui/NSView.h>
+#include <KWToolkit/runtime/NSObject+OBBlockObservation.h>
 #include <KWToolkit/windows/layers/CALayer+Animations.h>
 #include <KWToolkit/windows/layers/CALayer+Layout.h>
 
@@ -16,6 +18,7 @@
 
 #include <functional>
 #include <limits>
+#include <stdexcept>
 
 namespace {
 
@@ -183,6 +186,23 @@ TEST_F(Layers, LayoutFollowsWhatItDependsOnAndKeepsTurnedLayersAsTheyAre) {
         CATransaction::flush();
         EXPECT_DOUBLE_EQ(turned->position().x, side / 2);
         EXPECT_EQ(turned->bounds(), NSMakeRect(0, 0, 20, 10));
+    }
+}
+
+TEST_F(Layers, LayoutThatNeverRestsOrThrowsHoldsNothingUp) {
+    struct Restless : CALayer {
+        void layoutSublayers() override {
+            setNeedsLayout();
+            if (++count % 2 == 0)
+                throw std::runtime_error("no layout");
+        }
+        int count = 0;
+    };
+    Restless layer;
+    layer.setNeedsLayout();
+    for (const int count : {2, 4}) {
+        EXPECT_THROW(loop.runOnce(0), std::runtime_error);
+        EXPECT_EQ(layer.count, count);
     }
 }
 
@@ -527,6 +547,26 @@ TEST_F(Layers, ReducedMotionIsHonoredWhereTheHostWantsIt) {
     layer->setOpacity(1);
     EXPECT_EQ(shownOpacity(layer), 0);
     CATransaction::setHonorsReducedMotion(false);
+}
+
+TEST_F(Layers, TellObserversOfTheirValuesAndWhereTheyAre) {
+    const auto layer = std::make_shared<CALayer>();
+    std::string told;
+    for (const std::string key : {"position", "bounds", "frame", "opacity"})
+        addObserverForKeyPath(
+            *layer, key, [&told, key](NSObject&, const NSKeyValueChange&) { told += key + ' '; });
+    const std::pair<std::function<void()>, std::string> rows[] {
+        {[&] { layer->setFrame(NSMakeRect(1, 2, 3, 4)); }, "bounds position frame "},
+        {[&] { layer->setPosition({5, 5}); }, "position frame "},
+        {[&] { layer->setPosition({5, 5}); }, ""},
+        {[&] { setValueForKey(*layer, 0.5, "opacity"); }, "opacity "},
+        {[&] { layer->setBorderWidth(2); }, ""},
+    };
+    for (const auto& [change, expected] : rows) {
+        told.clear();
+        change();
+        EXPECT_EQ(told, expected);
+    }
 }
 
 } // namespace
