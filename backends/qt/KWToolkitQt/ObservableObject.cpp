@@ -17,7 +17,10 @@
 #include <algorithm>
 #include <any>
 #include <atomic>
+#include <cstdint>
+#include <iterator>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -84,6 +87,17 @@ std::any travelling(const QVariant& value) {
     return value;
 }
 
+template <class... Held>
+std::optional<QVariant> heldAs(const std::any& value) {
+    std::optional<QVariant> result;
+    const auto take = [&](const auto* held) {
+        if (held)
+            result = QVariant::fromValue(*held);
+    };
+    (take(std::any_cast<Held>(&value)), ...);
+    return result;
+}
+
 class ObservableObject;
 
 /// A write by the name of a property that is under way on this thread.
@@ -112,16 +126,19 @@ public:
     explicit ObservableObject(QObject& object)
         : m_object(&object)
         , m_meta(*object.metaObject())
+        , m_class(classOf(m_meta))
         , m_receiver(*this) {
         const int firstSlot = QObject::staticMetaObject.methodCount();
         for (int i = 0; i < m_meta.propertyCount(); ++i) {
-            if (const QMetaProperty property = m_meta.property(i); property.hasNotifySignal())
+            const QMetaProperty property = m_meta.property(i);
+            const bool isOverridden = m_meta.indexOfProperty(property.name()) != i;
+            if (property.hasNotifySignal() && !isOverridden)
                 QMetaObject::connect(&object, property.notifySignalIndex(), &m_receiver,
                     firstSlot + i, Qt::DirectConnection);
         }
     }
 
-    Class& isa() const override { return classOf(m_meta); }
+    Class& isa() const override { return m_class; }
 
     /// Null where it is gone, or going and no longer what it was.
     QObject* object() const {
@@ -176,16 +193,17 @@ private:
             return QVariant(
                 type, static_cast<const void*>(&object)); // Qt converts no null pointers
         }
-        if (const auto* const held = std::any_cast<QVariant>(&value))
-            return *held;
         // Qt knows what else it makes of a number or a text.
         if (const auto* const text = std::any_cast<std::string>(&value))
             return QString::fromStdString(*text);
-        return unboxed<double>(value);
+        if (auto held = heldAs<QVariant, bool, std::int64_t, std::uint64_t, double>(value))
+            return *std::move(held);
+        detail::throwUnsuitableValue(value, type.name());
     }
 
     std::atomic<QObject*> m_object;
     const QMetaObject& m_meta;
+    Class& m_class;
     Receiver m_receiver;
 };
 
