@@ -44,14 +44,15 @@ std::string addObserverForKeyPath(NSObject& object, const std::string& keyPath,
     std::shared_ptr<NSOperationQueue> queue, OBObservationTask task) {
     std::string token = NSProcessInfo::globallyUniqueString();
     mutationQueue().sync([&] {
+        // First, as getters on the path may observe, too.
+        auto trampoline = OBObserverTrampoline::initObservingObject(
+            object, keyPath, std::move(queue), std::move(task));
         auto map = observerMap(object);
         if (!map) {
             map = std::make_shared<ObserverMap>();
             associateValue(object, map, observerMapKey);
         }
-        map->trampolines.emplace(token,
-            OBObserverTrampoline::initObservingObject(
-                object, keyPath, std::move(queue), std::move(task)));
+        map->trampolines.emplace(token, std::move(trampoline));
     });
     return token;
 }
@@ -61,13 +62,16 @@ void removeObserverWithBlockToken(NSObject& object, const std::string& token) {
     std::shared_ptr<OBObserverTrampoline> trampoline;
     mutationQueue().sync([&] {
         const auto map = observerMap(object);
-        const auto found =
-            map ? map->trampolines.extract(token) : decltype(map->trampolines)::node_type();
-        if (!found)
+        if (!map)
             return;
-        trampoline = std::move(found.mapped());
+        const auto found = map->trampolines.find(token);
+        if (found == map->trampolines.end())
+            return;
+        trampoline = found->second;
         trampoline->cancelObservation();
-        if (map->trampolines.empty())
+        // An object on the path may have died, and removed others.
+        map->trampolines.erase(token);
+        if (map->trampolines.empty() && observerMap(object) == map)
             associateValue(object, nullptr, observerMapKey);
     });
     if (!trampoline)

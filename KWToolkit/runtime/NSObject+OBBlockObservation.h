@@ -27,8 +27,9 @@ namespace kw {
 /// and let go of the last pointer to the object; those it adds are not called for this change.
 ///
 /// The object must outlive the call but is not kept alive by the observation; what the task holds
-/// lives as long as the observation. Any thread; not from within the getter of a property on the
-/// way, which is read while observations are being added.
+/// lives as long as the observation. Any thread. All observations of the process are added and
+/// removed one after the other, and meanwhile the getters of objects on the path are called: a lock
+/// that one of these takes must not be held here.
 KW_EXPORT std::string addObserverForKeyPath(
     NSObject& object, const std::string& keyPath, OBObservationTask task);
 KW_EXPORT std::string addObserverForKeyPath(NSObject& object, const std::string& keyPath,

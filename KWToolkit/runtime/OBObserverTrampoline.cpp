@@ -2,6 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include <KWToolkit/runtime/OBObserverTrampoline.h>
 
+#include <KWToolkit/platform/foundation/Observations.h>
+#include <KWToolkit/platform/foundation/WeakReference.h>
+
+#include <atomic>
 #include <utility>
 
 namespace kw {
@@ -11,60 +15,95 @@ namespace {
 // Compared by its address.
 constexpr char OBObserverTrampolineContext[] = "OBObserverTrampolineContext";
 
-} // namespace
+/// Holds its observation, so that a change finds task and observation in one place.
+class Trampoline final : public OBObserverTrampoline {
+public:
+    Trampoline(NSObject& observee, std::string keyPath, std::shared_ptr<NSOperationQueue> queue,
+        OBObservationTask task)
+        : m_observee(observee)
+        , m_keyPath(std::move(keyPath))
+        , m_queue(std::move(queue))
+        , m_task(task ? std::move(task) : [](NSObject&, const NSKeyValueChange&) { }) {
+        m_storage.observer = this;
+        m_storage.context = OBObserverTrampolineContext;
+        m_storage.isPartOfObserver = true;
+    }
+    ~Trampoline() override {
+        cancelObservation();
+        m_task = nullptr; // before the rest
+    }
 
-OBObserverTrampoline::OBObserverTrampoline(Key, NSObject& observee, std::string keyPath,
-    std::shared_ptr<NSOperationQueue> queue, OBObservationTask task)
-    : m_observee(observee)
-    , m_queue(std::move(queue))
-    , m_keyPath(std::move(keyPath))
-    , m_task(task ? std::move(task) : [](NSObject&, const NSKeyValueChange&) { }) { }
+    void observe(NSObject& observee) {
+        detail::ObservationInfo::of(observee).add(
+            observee, m_keyPath, m_storage, m_queue ? &tellOnQueue : &tellAtOnce);
+        m_observation = &m_storage;
+    }
+
+    void observeValueForKeyPath(const std::string&, NSObject& object,
+        const NSKeyValueChange& change, const void* context) override {
+        // Deliberate: what is not the trampoline's own is not passed on to the base class.
+        if (context != OBObserverTrampolineContext)
+            return;
+        if (m_queue)
+            addToQueue(object, change);
+        else
+            m_task(object, change);
+    }
+
+    void cancelObservation() override {
+        if (m_cancellationPredicate.exchange(true))
+            return;
+        if (const auto observee = m_observee.lock())
+            removeObserver(*observee, m_observation);
+        m_observee = {};
+    }
+
+private:
+    static void tellAtOnce(
+        detail::Observation& observation, NSObject& object, const detail::OldValues&) {
+        static_cast<Trampoline*>(observation.observer)
+            ->m_task(object, detail::changeWithoutDetails);
+    }
+    static void tellOnQueue(
+        detail::Observation& observation, NSObject& object, const detail::OldValues&) {
+        static_cast<Trampoline*>(observation.observer)
+            ->addToQueue(object, detail::changeWithoutDetails);
+    }
+
+    void addToQueue(NSObject& object, const NSKeyValueChange& change) {
+        m_queue->addOperation(
+            [self = std::static_pointer_cast<Trampoline>(shared_from_this()),
+                owned = object.weak_from_this().lock(), observed = WeakReference(object), change] {
+                // An object that nobody shares cannot be kept alive until here.
+                const auto target = observed.lock();
+                if (target && !self->m_cancellationPredicate)
+                    self->m_task(*target, change);
+            });
+    }
+
+    WeakReference m_observee; // empty once cancelled
+    std::atomic<bool> m_cancellationPredicate = false; // whether it was cancelled
+    NSKeyValueObservation m_observation = nullptr;
+    const std::string m_keyPath;
+    const std::shared_ptr<NSOperationQueue> m_queue;
+    OBObservationTask m_task;
+    detail::Observation m_storage;
+};
+
+} // namespace
 
 std::shared_ptr<OBObserverTrampoline> OBObserverTrampoline::initObservingObject(NSObject& observee,
     std::string keyPath, std::shared_ptr<NSOperationQueue> queue, OBObservationTask task) {
     // Observes only once it is owned: the first change may come at once, from another thread.
-    auto trampoline = std::make_shared<OBObserverTrampoline>(
-        Key(), observee, std::move(keyPath), std::move(queue), std::move(task));
-    trampoline->m_observation =
-        addObserver(observee, *trampoline, trampoline->m_keyPath, {}, OBObserverTrampolineContext);
+    auto trampoline = std::make_shared<Trampoline>(
+        observee, std::move(keyPath), std::move(queue), std::move(task));
+    trampoline->observe(observee);
     return trampoline;
 }
-
-OBObserverTrampoline::~OBObserverTrampoline() { cancelObservation(); }
 
 Class& OBObserverTrampoline::classObject() {
     static auto& object = *new Class("OBObserverTrampoline", NSObject::classObject());
     return object;
-}
-
-void OBObserverTrampoline::observeValueForKeyPath(
-    const std::string&, NSObject& object, const NSKeyValueChange& change, const void* context) {
-    // Deliberate: what is not the trampoline's own is not passed on to the base class.
-    if (context != OBObserverTrampolineContext)
-        return;
-    if (m_queue)
-        addToQueue(object, change);
-    else
-        m_task(object, change);
-}
-
-void OBObserverTrampoline::addToQueue(NSObject& object, const NSKeyValueChange& change) {
-    m_queue->addOperation(
-        [self = std::static_pointer_cast<OBObserverTrampoline>(shared_from_this()),
-            owned = object.weak_from_this().lock(), observed = WeakReference(object), change] {
-            // An object that nobody shares cannot be kept alive until here.
-            const auto target = observed.lock();
-            if (target && !self->m_cancellationPredicate)
-                self->m_task(*target, change);
-        });
-}
-
-void OBObserverTrampoline::cancelObservation() {
-    if (m_cancellationPredicate.exchange(true))
-        return;
-    if (const auto observee = m_observee.lock())
-        removeObserver(*observee, m_observation);
-    m_observee = {};
 }
 
 } // namespace kw

@@ -6,9 +6,7 @@
 #include <KWToolkit/platform/foundation/NSKeyValueObserving.h>
 #include <KWToolkit/platform/foundation/NSObject.h>
 #include <KWToolkit/platform/foundation/NSOperationQueue.h>
-#include <KWToolkit/platform/foundation/WeakReference.h>
 
-#include <atomic>
 #include <functional>
 #include <memory>
 #include <string>
@@ -20,38 +18,20 @@ namespace kw {
 using OBObservationTask = std::function<void(NSObject& object, const NSKeyValueChange& change)>;
 
 /// An observer that hands each change to a task, at once or on a queue.
-class KW_EXPORT OBObserverTrampoline final : public NSObject {
-    struct Key { };
-
+class KW_EXPORT OBObserverTrampoline : public NSObject {
 public:
     /// Observes the object, which is not owned, until `cancelObservation` or until the object or
     /// the trampoline is destroyed. Without a queue the task runs on the thread that makes the
     /// change. Any thread.
     static std::shared_ptr<OBObserverTrampoline> initObservingObject(NSObject& observee,
         std::string keyPath, std::shared_ptr<NSOperationQueue> queue, OBObservationTask task);
-    OBObserverTrampoline(Key key, NSObject& observee, std::string keyPath,
-        std::shared_ptr<NSOperationQueue> queue, OBObservationTask task);
-    ~OBObserverTrampoline() override;
 
     static Class& classObject();
     Class& isa() const override { return classObject(); }
 
-    void observeValueForKeyPath(const std::string& keyPath, NSObject& object,
-        const NSKeyValueChange& change, const void* context) override;
-
     /// Ends the observation; done already, it does nothing. The task is not called any more on this
     /// thread; on a queue, an operation that has not begun does not call it either. Any thread.
-    void cancelObservation();
-
-private:
-    void addToQueue(NSObject& object, const NSKeyValueChange& change);
-
-    WeakReference m_observee; // empty once cancelled
-    NSKeyValueObservation m_observation = nullptr;
-    std::atomic<bool> m_cancellationPredicate = false; // whether it was cancelled
-    const std::shared_ptr<NSOperationQueue> m_queue;
-    const std::string m_keyPath;
-    const OBObservationTask m_task; // the first of these to be released
+    virtual void cancelObservation() = 0;
 };
 
 } // namespace kw

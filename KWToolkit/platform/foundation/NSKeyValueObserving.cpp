@@ -21,7 +21,7 @@ using detail::ObservationInfo;
 struct OpenChange {
     std::uint64_t objectSerial;
     SEL key;
-    ObservationInfo::OldValues oldValues;
+    detail::OldValues oldValues;
 };
 
 /// The calling thread's, innermost last.
@@ -55,17 +55,18 @@ std::optional<OpenChange> takeInnermostOf(ObservationInfo& info, SEL key) {
 
 NSKeyValueObservation addObserver(NSObject& object, NSObject& observer, std::string_view keyPath,
     NSKeyValueObservingOptions options, const void* context) {
-    auto& observation =
-        ObservationInfo::of(object).add(object, observer, keyPath, options, context);
+    auto* const observation =
+        new detail::Observation {.observer = &observer, .context = context, .options = options};
+    ObservationInfo::of(object).add(object, keyPath, *observation);
     if (options.initial) {
         try {
-            detail::tellInitially(observation, object);
+            detail::tellInitially(*observation, object);
         } catch (...) {
-            removeObserver(object, &observation);
+            removeObserver(object, observation);
             throw;
         }
     }
-    return &observation;
+    return observation;
 }
 
 void removeObserver(NSObject& object, NSKeyValueObservation observation) {
@@ -99,7 +100,7 @@ void didChangeValueForKey(NSObject& object, SEL key) {
         return;
     const auto change = takeInnermostOf(*info, key);
     if (!isOpen(*info, key))
-        info->didChange(object, key, change ? change->oldValues : ObservationInfo::OldValues());
+        info->didChange(object, key, change ? change->oldValues : detail::OldValues());
 }
 
 namespace detail {
@@ -110,7 +111,7 @@ bool needsWillChange(const NSObject& object) {
 }
 
 void tellOfChange(NSObject& object, SEL key) {
-    static const ObservationInfo::OldValues none;
+    static const detail::OldValues none;
     if (ObservationInfo* const info = ObservationInfo::ifAny(object))
         info->didChange(object, key, none);
 }

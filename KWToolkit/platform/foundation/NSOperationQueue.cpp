@@ -40,7 +40,6 @@ struct NSOperationQueue::State {
     std::deque<std::function<void()>> waiting;
     std::size_t running = 0;
     std::size_t threads = 0;
-    std::size_t idle = 0; // of the threads
     int limit = NSOperationQueueDefaultMaxConcurrentOperationCount;
     bool isLetGo = false;
 
@@ -74,7 +73,7 @@ void NSOperationQueue::State::runNext(std::unique_lock<std::mutex>& lock) {
 void NSOperationQueue::State::callThreads(const std::shared_ptr<State>& state) {
     const std::size_t limit = threadsFor(state->limit);
     const std::size_t wanted = std::min(state->running + state->waiting.size(), limit);
-    for (; state->threads < wanted && state->idle == 0; ++state->threads)
+    for (; state->threads < wanted; ++state->threads)
         std::thread(&work, state).detach();
     state->hasWork.notify_all();
 }
@@ -83,10 +82,8 @@ void NSOperationQueue::State::work(const std::shared_ptr<State>& state) {
     std::unique_lock lock(state->mutex);
     bool isWanted = true;
     while (isWanted) {
-        ++state->idle;
         isWanted = state->hasWork.wait_for(
             lock, patience, [&] { return state->canBegin() || state->isOver(); });
-        --state->idle;
         while (state->canBegin())
             state->runNext(lock);
         isWanted = isWanted && !state->isOver();

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include <KWToolkit/platform/foundation/Observations.h>
 
+#include <KWToolkit/platform/foundation/Hazards.h>
 #include <KWToolkit/platform/foundation/NSException.h>
 #include <KWToolkit/platform/foundation/NSKeyValueCoding.h>
 #include <KWToolkit/platform/foundation/WeakReference.h>
@@ -15,7 +16,6 @@ namespace kw::detail {
 
 namespace {
 
-using State = Observation::State;
 using Options = NSKeyValueObservingOptions;
 
 std::uint64_t nextSerial() {
@@ -49,7 +49,7 @@ bool wantsWill(Options options) { return options.oldValue || options.prior; }
 } // namespace
 
 /// The observations of one key in the order in which they were added, with nulls for those that
-/// were removed. Never made shorter, so that a walk does not meet what is added during it.
+/// were removed. Places are not used again, so that a walk does not meet what is added during it.
 struct ObservationArray {
     explicit ObservationArray(std::size_t capacity)
         : entries(capacity) { }
@@ -67,10 +67,10 @@ struct KeyObservers {
     /// In order, for as long as the lists are pinned or locked.
     template <class Call>
     void each(Call call) const {
-        const ObservationArray* const now = array.load(std::memory_order_acquire);
-        const std::size_t count = now ? now->count.load(std::memory_order_acquire) : 0;
+        const ObservationArray* const now = array.load();
+        const std::size_t count = now ? now->count.load() : 0;
         for (std::size_t i = 0; i < count; ++i) {
-            if (auto* const observation = now->entries[i].load(std::memory_order_acquire))
+            if (auto* const observation = now->entries[i].load())
                 call(*observation);
         }
     }
@@ -83,74 +83,85 @@ public:
         : m_root(root)
         , m_keyPath(keyPath)
         , m_key(firstKey(keyPath))
-        , m_owner(&owner) { }
+        , m_options(owner.options)
+        , m_owner(&owner) {
+        m_options.initial = false;
+    }
 
     const std::string& keyPath() const { return m_keyPath; }
 
     /// Goes over to the object that the property holds now.
     void follow(NSObject& root) {
         const std::uint64_t turn = ++m_turn;
+        Rest rest;
         const std::shared_ptr<NSObject> related = relatedObject(root, m_key);
-        std::shared_ptr<NSObject> former; // ends outside the lock
-        const std::lock_guard lock(m_mutex);
-        const Observation* const owner = m_owner.load(std::memory_order_acquire);
-        // Whoever came later has seen, or will see, the newer object.
-        if (!owner || turn != m_turn.load())
-            return;
-        former = m_related.lock();
-        if (former == related && (former || !m_observation))
-            return;
-        release(former);
-        if (related) {
-            Options options = owner->options;
-            options.initial = false;
-            m_observation =
-                &ObservationInfo::of(*related).add(*related, *this, rest(), options, nullptr);
-            m_related = related;
+        {
+            std::shared_ptr<NSObject> present; // ends outside the lock
+            const std::lock_guard lock(m_mutex);
+            present = m_rest.related.lock();
+            if (m_rest.observation && present == related)
+                return;
         }
+        // Without the lock, as the getters of longer paths are called here.
+        if (related)
+            rest = {WeakReference(related), addObserver(*related, *this, restOfPath(), m_options)};
+        {
+            const std::lock_guard lock(m_mutex);
+            // Whoever came later has seen, or will see, the newer object.
+            if (m_owner.load() && turn == m_turn.load())
+                std::swap(rest, m_rest);
+        }
+        rest.end();
     }
 
     void close() {
-        std::shared_ptr<NSObject> former;
-        const std::lock_guard lock(m_mutex);
-        m_owner.store(nullptr, std::memory_order_release);
-        former = m_related.lock();
-        release(former);
+        Rest rest;
+        {
+            const std::lock_guard lock(m_mutex);
+            m_owner.store(nullptr);
+            std::swap(rest, m_rest);
+        }
+        rest.end();
     }
 
     void observeValueForKeyPath(
         const std::string&, NSObject&, const NSKeyValueChange& change, const void*) override {
         const std::shared_ptr<NSObject> root = m_root.lock();
-        ObservationInfo* const info = root ? ObservationInfo::ifAny(*root) : nullptr;
+        const ObservationInfo* const info = root ? ObservationInfo::ifAny(*root) : nullptr;
         if (!info)
             return;
-        const ObservationInfo::Pin pin(*info);
-        if (const Observation* const owner = m_owner.load(std::memory_order_acquire))
+        const HazardPin pin(info);
+        if (const Observation* const owner = m_owner.load())
             owner->observer->observeValueForKeyPath(m_keyPath, *root, change, owner->context);
     }
 
 private:
-    std::string_view rest() const {
-        return std::string_view(m_keyPath).substr(m_keyPath.find('.') + 1);
-    }
+    struct Rest {
+        WeakReference related;
+        NSKeyValueObservation observation = nullptr;
 
-    void release(const std::shared_ptr<NSObject>& former) {
-        // That of a dead object has ended by itself.
-        if (Observation* const observation = std::exchange(m_observation, nullptr);
-            former && observation)
-            ObservationInfo::of(*former).remove(*observation);
-        m_related = {};
+        /// That of a dead object has ended by itself.
+        void end() const {
+            if (const auto object = related.lock())
+                removeObserver(*object, observation);
+        }
+    };
+
+    std::string_view restOfPath() const {
+        return std::string_view(m_keyPath).substr(m_keyPath.find('.') + 1);
     }
 
     const WeakReference m_root;
     const std::string m_keyPath;
     const SEL m_key;
+    Options m_options;
     std::atomic<Observation*> m_owner; // null once closed; read while the root's lists are pinned
     std::atomic<std::uint64_t> m_turn = 0;
     std::mutex m_mutex; // guards what follows
-    WeakReference m_related;
-    Observation* m_observation = nullptr;
+    Rest m_rest;
 };
+
+const NSKeyValueChange& changeWithoutDetails = *new NSKeyValueChange;
 
 namespace {
 
@@ -168,19 +179,35 @@ std::any newValueFor(const Observation& observation, const NSObject& object) {
 }
 
 /// With a path or options.
-void tellSpecially(
-    Observation& observation, NSObject& object, const ObservationInfo::OldValues& oldValues) {
+void tellSpecially(Observation& observation, NSObject& object, const OldValues& oldValues) {
     if (observation.link)
         observation.link->follow(object);
     NSKeyValueChange change {.newValue = newValueFor(observation, object)};
-    const auto old = std::ranges::find(
-        oldValues, observation.serial, &ObservationInfo::OldValues::value_type::first);
+    const auto old =
+        std::ranges::find(oldValues, observation.serial, &OldValues::value_type::first);
     if (old != oldValues.end())
         change.oldValue = old->second;
     tell(observation, object, change);
 }
 
+/// What was taken out of lists that are being walked through.
+struct Retired {
+    std::vector<std::unique_ptr<Observation>> observations;
+    std::vector<std::shared_ptr<NSObject>> observers; // which may be about to be called
+    std::unique_ptr<ObservationInfo> info;
+
+    void add(Observation& observation) {
+        observers.push_back(observation.observer->weak_from_this().lock());
+        if (!observation.isPartOfObserver)
+            observations.emplace_back(&observation);
+    }
+};
+
 } // namespace
+
+void tellSimply(Observation& observation, NSObject& object, const OldValues&) {
+    tell(observation, object, changeWithoutDetails);
+}
 
 void tellInitially(const Observation& observation, NSObject& object) {
     tell(observation, object, {.newValue = newValueFor(observation, object)});
@@ -190,14 +217,15 @@ ObservationInfo::ObservationInfo()
     : m_serial(nextSerial()) { }
 
 ObservationInfo::~ObservationInfo() {
-    std::unique_ptr<KeyObservers> list(m_lists.load(std::memory_order_acquire));
+    std::unique_ptr<KeyObservers> list(m_lists.load());
     while (list) {
         list->each([](Observation& observation) {
             if (observation.link)
                 observation.link->close();
-            delete &observation;
+            if (!observation.isPartOfObserver)
+                delete &observation;
         });
-        delete list->array.load(std::memory_order_acquire);
+        delete list->array.load();
         list.reset(list->next);
     }
 }
@@ -205,144 +233,125 @@ ObservationInfo::~ObservationInfo() {
 ObservationInfo& ObservationInfo::of(NSObject& object) {
     if (ObservationInfo* const existing = ifAny(object))
         return *existing;
-    auto* const made = new ObservationInfo;
+    std::unique_ptr<ObservationInfo> made(new ObservationInfo);
     ObservedKeys* winner = nullptr;
-    if (object.m_observations.compare_exchange_strong(winner, made, std::memory_order_acq_rel))
-        return *made;
-    delete made;
+    if (object.m_observations.compare_exchange_strong(winner, made.get()))
+        return *made.release();
     return static_cast<ObservationInfo&>(*winner);
 }
 
 KeyObservers* ObservationInfo::listOf(SEL key) const {
-    KeyObservers* list = m_lists.load(std::memory_order_acquire);
+    KeyObservers* list = m_lists.load();
     while (list && list->key != key)
         list = list->next;
     return list;
 }
 
-Observation& ObservationInfo::add(NSObject& object, NSObject& observer, std::string_view keyPath,
-    Options options, const void* context) {
-    const SEL key = firstKey(keyPath);
-    const bool isPath = keyPath.size() > key.name().size();
-    const bool isSimple = !isPath && !options.newValue && !options.oldValue;
-    auto* const observation = new Observation {.observer = &observer,
-        .context = context,
-        .list = nullptr,
-        .serial = nextSerial(),
-        .options = options,
-        .state = isSimple ? State::simple : State::special,
-        .link = nullptr};
-    if (isPath)
-        observation->link = std::make_shared<PathLink>(object, *observation, keyPath);
-    const std::shared_ptr<PathLink> link = observation->link;
-    if (wantsWill(options))
-        ++reasonsForWill;
-
-    Retired former;
-    {
-        const std::lock_guard lock(m_mutex);
-        KeyObservers* list = listOf(key);
-        if (!list) {
-            list = new KeyObservers {
-                .key = key, .keyPath = key.name(), .next = m_lists.load(std::memory_order_acquire)};
-            m_lists.store(list, std::memory_order_release);
-        }
-        ObservationArray* array = list->array.load(std::memory_order_acquire);
-        std::uint32_t count = array ? array->count.load(std::memory_order_acquire) : 0;
-        if (!array || count == array->entries.size()) {
-            auto* const larger =
-                new ObservationArray(std::max<std::size_t>(1, std::size_t {2} * list->living));
-            count = 0;
-            list->each([&](Observation& kept) {
-                kept.index = count;
-                larger->entries[count++].store(&kept, std::memory_order_release);
-            });
-            list->array.store(larger, std::memory_order_release);
-            if (array)
-                former = retire({.array = std::unique_ptr<ObservationArray>(array)});
-            array = larger;
-        }
-        observation->list = list;
-        observation->index = count;
-        array->entries[count].store(observation, std::memory_order_release);
-        array->count.store(count + 1, std::memory_order_release);
-        ++list->living;
-        mask.fetch_or(bit(key), std::memory_order_relaxed);
+KeyObservers& ObservationInfo::listFor(SEL key) {
+    KeyObservers* list = listOf(key);
+    if (!list) {
+        list = new KeyObservers {.key = key, .keyPath = key.name(), .next = m_lists.load()};
+        m_lists.store(list);
     }
-    if (link) {
-        try {
-            link->follow(object);
-        } catch (...) {
-            remove(*observation);
-            throw;
-        }
-    }
-    return *observation;
+    return *list;
 }
 
+/// Makes room for twice as many as there are; the mutex must be locked.
+ObservationInfo::FormerArray ObservationInfo::rebuild(KeyObservers& list) {
+    auto array = std::make_unique<ObservationArray>(std::max<std::size_t>(1, 2 * list.living));
+    std::uint32_t count = 0;
+    list.each([&](Observation& kept) {
+        kept.index = count;
+        array->entries[count++].store(&kept, std::memory_order_relaxed);
+    });
+    array->count.store(count, std::memory_order_relaxed);
+    return FormerArray(list.array.exchange(array.release()));
+}
+
+/// After the mutex was unlocked.
+void ObservationInfo::free(FormerArray array) const {
+    if (array && isPinned(this))
+        retire(this, std::shared_ptr<ObservationArray>(std::move(array)));
+}
+
+void ObservationInfo::add(NSObject& object, std::string_view keyPath, Observation& observation,
+    Observation::Tell simply) {
+    const SEL key = firstKey(keyPath);
+    const bool isPath = keyPath.size() > key.name().size();
+    const bool isSimple = !isPath && !observation.options.newValue && !observation.options.oldValue;
+    observation.serial = nextSerial();
+    observation.tell.store(isSimple ? simply : &tellSpecially, std::memory_order_relaxed);
+    if (isPath)
+        observation.link = std::make_shared<PathLink>(object, observation, keyPath);
+    if (wantsWill(observation.options))
+        ++reasonsForWill;
+
+    const std::shared_ptr<PathLink> link = observation.link;
+    FormerArray former;
+    {
+        const std::lock_guard lock(m_mutex);
+        KeyObservers& list = listFor(key);
+        if (const auto* const array = list.array.load();
+            !array || array->count.load() == array->entries.size())
+            former = rebuild(list);
+        ObservationArray& array = *list.array.load();
+        const std::uint32_t count = array.count.load(std::memory_order_relaxed);
+        observation.list = &list;
+        observation.index = count;
+        array.entries[count].store(&observation, std::memory_order_relaxed);
+        array.count.store(count + 1, std::memory_order_release);
+        ++list.living;
+        mask.fetch_or(bit(key), std::memory_order_relaxed);
+    }
+    free(std::move(former));
+    if (!link)
+        return;
+    try {
+        link->follow(object);
+    } catch (...) {
+        remove(observation);
+        throw;
+    }
+}
+
+/// No walk that begins later meets it; the mutex must be locked.
 void ObservationInfo::takeOut(Observation& observation) {
-    observation.state.store(State::removed, std::memory_order_release);
-    observation.list->array.load(std::memory_order_acquire)
-        ->entries[observation.index]
-        .store(nullptr, std::memory_order_release);
+    KeyObservers& list = *observation.list;
+    observation.tell.store(nullptr);
+    list.array.load()->entries[observation.index].store(nullptr);
     if (wantsWill(observation.options))
         --reasonsForWill;
-    if (--observation.list->living > 0)
+    if (--list.living > 0)
         return;
     std::uint64_t observed = 0;
-    for (auto* list = m_lists.load(std::memory_order_acquire); list; list = list->next)
-        observed |= list->living > 0 ? bit(list->key) : 0;
+    for (auto* other = m_lists.load(); other; other = other->next)
+        observed |= other->living > 0 ? bit(other->key) : 0;
     mask.store(observed, std::memory_order_relaxed);
 }
 
 void ObservationInfo::remove(Observation& observation) {
-    Retired former; // ends outside the lock
-    std::unique_lock lock(m_mutex);
-    takeOut(observation);
-    if (observation.link) {
-        lock.unlock();
+    FormerArray former;
+    {
+        const std::lock_guard lock(m_mutex);
+        takeOut(observation);
+        KeyObservers& list = *observation.list;
+        // What is left is walked through in no more than its own time.
+        constexpr std::uint32_t sparse = 4;
+        constexpr std::uint32_t few = 16;
+        if (const std::uint32_t count = list.array.load()->count.load();
+            count > few && count / sparse > list.living)
+            former = rebuild(list);
+    }
+    free(std::move(former));
+    if (observation.link)
         observation.link->close();
-        lock.lock();
+    if (isPinned(this)) {
+        auto retired = std::make_shared<Retired>();
+        retired->add(observation);
+        retire(this, std::move(retired));
+    } else if (!observation.isPartOfObserver) {
+        delete &observation;
     }
-    former = retire({.observation = std::unique_ptr<Observation>(&observation)});
-}
-
-/// Keeps what a walk may still meet. Answers it where there is no walk; the mutex must be locked.
-ObservationInfo::Retired ObservationInfo::retire(Retired retired) {
-    // The exchange makes a walk that begins later see what was done before it.
-    if (m_state.fetch_or(hasRetired, std::memory_order_acq_rel) < onePin) {
-        if (m_retired.empty())
-            m_state.fetch_and(~hasRetired, std::memory_order_acq_rel);
-        return retired;
-    }
-    if (retired.observation)
-        retired.observer = retired.observation->observer->weak_from_this().lock();
-    m_retired.push_back(std::move(retired));
-    return {};
-}
-
-/// Frees what was retired if only the caller has the lists pinned.
-void ObservationInfo::collect() {
-    std::vector<Retired> retired; // ends outside the lock: what dies may come back here
-    const std::lock_guard lock(m_mutex);
-    if (m_state.fetch_add(0, std::memory_order_acq_rel) >= 2 * onePin)
-        return;
-    retired.swap(m_retired);
-    m_state.fetch_and(~hasRetired, std::memory_order_acq_rel);
-}
-
-void ObservationInfo::unpin() {
-    std::uint32_t state = m_state.load(std::memory_order_acquire);
-    do {
-        while (state >= onePin && state < 2 * onePin && (state & hasRetired) != 0
-            && (state & objectIsDead) == 0) {
-            collect();
-            state = m_state.load(std::memory_order_acquire);
-        }
-    } while (!m_state.compare_exchange_weak(
-        state, state - onePin, std::memory_order_acq_rel, std::memory_order_acquire));
-    if ((state & objectIsDead) != 0 && state < 2 * onePin)
-        delete this;
 }
 
 Observation* ObservationInfo::find(
@@ -360,15 +369,14 @@ Observation* ObservationInfo::find(
     return found;
 }
 
-ObservationInfo::OldValues ObservationInfo::willChange(NSObject& object, SEL key) {
+OldValues ObservationInfo::willChange(NSObject& object, SEL key) {
     OldValues oldValues;
-    const Pin pin(*this);
+    const HazardPin pin(this);
     const KeyObservers* const list = listOf(key);
     if (!list)
         return oldValues;
     list->each([&](const Observation& observation) {
-        if (observation.state.load(std::memory_order_acquire) == State::removed
-            || !wantsWill(observation.options))
+        if (!observation.tell.load() || !wantsWill(observation.options))
             return;
         NSKeyValueChange change {.isPrior = true};
         if (observation.options.oldValue) {
@@ -382,49 +390,39 @@ ObservationInfo::OldValues ObservationInfo::willChange(NSObject& object, SEL key
 }
 
 void ObservationInfo::didChange(NSObject& object, SEL key, const OldValues& oldValues) {
-    const Pin pin(*this);
-    const KeyObservers* const list = listOf(key);
-    if (!list)
-        return;
-    static const auto& change = *new NSKeyValueChange;
-    const std::string& keyPath = list->keyPath;
-    list->each([&](Observation& observation) {
-        const State state = observation.state.load(std::memory_order_acquire);
-        if (state == State::simple) [[likely]]
-            observation.observer->observeValueForKeyPath(
-                keyPath, object, change, observation.context);
-        else if (state == State::special)
-            tellSpecially(observation, object, oldValues);
-    });
+    const HazardPin pin(this);
+    if (const KeyObservers* const list = listOf(key))
+        list->each([&](Observation& observation) {
+            if (const auto tell = observation.tell.load())
+                tell(observation, object, oldValues);
+        });
 }
 
 void ObservationInfo::objectDies(NSObject& object) {
-    auto* const info = static_cast<ObservationInfo*>(
-        object.m_observations.exchange(nullptr, std::memory_order_acq_rel));
-    if (!info)
+    std::unique_ptr<ObservationInfo> info(
+        static_cast<ObservationInfo*>(object.m_observations.exchange(nullptr)));
+    if (!info || !isPinned(info.get()))
         return;
-    if (info->m_state.load(std::memory_order_acquire) < onePin) {
-        delete info;
-        return;
-    }
 
     // A walk is under way: it calls no more observers, but may be within one.
+    auto retired = std::make_shared<Retired>();
     std::vector<std::shared_ptr<PathLink>> links;
     {
         const std::lock_guard lock(info->m_mutex);
-        for (auto* list = info->m_lists.load(std::memory_order_acquire); list; list = list->next) {
+        for (const auto* list = info->m_lists.load(); list; list = list->next) {
             list->each([&](Observation& observation) {
+                info->takeOut(observation);
+                retired->add(observation);
                 if (observation.link)
                     links.push_back(observation.link);
-                info->takeOut(observation);
-                info->retire({.observation = std::unique_ptr<Observation>(&observation)});
             });
         }
     }
     for (const auto& link : links)
         link->close();
-    if (info->m_state.fetch_or(objectIsDead, std::memory_order_acq_rel) < onePin)
-        delete info;
+    const void* const what = info.get();
+    retired->info = std::move(info);
+    retire(what, std::move(retired));
 }
 
 } // namespace kw::detail

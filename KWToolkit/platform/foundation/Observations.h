@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The KWToolkit authors
 // SPDX-License-Identifier: MIT
-// Who observes an object. Private to the foundation.
+// Who observes an object. Private to the toolkit.
 #pragma once
 
 #include <KWToolkit/platform/foundation/NSKeyValueObserving.h>
@@ -21,26 +21,30 @@ class PathLink;
 struct KeyObservers;
 struct ObservationArray;
 
+/// Old values by the serials of the observations that want to know them.
+using OldValues = std::vector<std::pair<std::uint64_t, std::any>>;
+
 /// One registration.
 struct Observation {
-    enum class State : std::uint8_t {
-        simple, ///< just the observer is to be told
-        special, ///< or there are options or a path
-        removed,
-    };
+    using Tell = void (*)(Observation& observation, NSObject& object, const OldValues& oldValues);
 
-    NSObject* observer;
-    const void* context;
-    KeyObservers* list;
-    std::uint64_t serial; // of the registration, as addresses are used again
-    std::uint32_t index = 0; // in the list
+    std::atomic<Tell> tell = nullptr; ///< null once it was removed
+    NSObject* observer = nullptr;
+    const void* context = nullptr;
+    KeyObservers* list = nullptr;
+    std::uint64_t serial = 0; ///< of the registration, as addresses are used again
+    std::uint32_t index = 0; ///< in the list
     NSKeyValueObservingOptions options;
-    std::atomic<State> state;
-    std::shared_ptr<PathLink> link; // to the rest of the path, if there is one
+    bool isPartOfObserver = false; ///< else it is the lists'
+    std::shared_ptr<PathLink> link; ///< to the rest of the path, if there is one
 };
 
+/// Calls the observer, with no details of the change.
+void tellSimply(Observation& observation, NSObject& object, const OldValues& oldValues);
 /// Tells the observer of the value that is there when it is added.
 void tellInitially(const Observation& observation, NSObject& object);
+/// A change of which nothing but its kind is told.
+extern const NSKeyValueChange& changeWithoutDetails;
 
 /// The observations of one object.
 ///
@@ -48,21 +52,6 @@ void tellInitially(const Observation& observation, NSObject& object);
 /// is taken out meanwhile is kept until nobody has them pinned. The object may die while they are.
 class ObservationInfo : public ObservedKeys {
 public:
-    /// A walk through the lists.
-    class Pin {
-    public:
-        explicit Pin(ObservationInfo& info)
-            : m_info(info) {
-            m_info.m_state.fetch_add(onePin, std::memory_order_acq_rel);
-        }
-        ~Pin() { m_info.unpin(); }
-        Pin(const Pin&) = delete;
-        Pin& operator=(const Pin&) = delete;
-
-    private:
-        ObservationInfo& m_info;
-    };
-
     /// Made on first use; any thread.
     static ObservationInfo& of(NSObject& object);
     static ObservationInfo* ifAny(const NSObject& object) {
@@ -70,14 +59,14 @@ public:
     }
     static void objectDies(NSObject& object);
 
-    Observation& add(NSObject& object, NSObject& observer, std::string_view keyPath,
-        NSKeyValueObservingOptions options, const void* context);
+    /// Adds what has an observer, a context and options. Without a path or options the observer is
+    /// told by `simply`. With an exception from a getter on the path nothing was added.
+    void add(NSObject& object, std::string_view keyPath, Observation& observation,
+        Observation::Tell simply = &tellSimply);
     void remove(Observation& observation);
     /// The newest such observation, or null.
     Observation* find(const NSObject& observer, std::string_view keyPath, const void* context);
 
-    /// Old values by the serials of the observations that want to know them.
-    using OldValues = std::vector<std::pair<std::uint64_t, std::any>>;
     /// Tells those that want to be told before the change.
     OldValues willChange(NSObject& object, SEL key);
     void didChange(NSObject& object, SEL key, const OldValues& oldValues);
@@ -89,29 +78,19 @@ public:
     std::atomic<std::uint32_t> reasonsForWill = 0;
 
 private:
-    static constexpr std::uint32_t objectIsDead = 1;
-    static constexpr std::uint32_t hasRetired = 2;
-    static constexpr std::uint32_t onePin = 4;
-
-    /// What was taken out of the lists.
-    struct Retired {
-        std::unique_ptr<Observation> observation;
-        std::shared_ptr<NSObject> observer; ///< which a walk may be about to call
-        std::unique_ptr<ObservationArray> array;
-    };
+    friend struct std::default_delete<ObservationInfo>;
+    using FormerArray = std::unique_ptr<ObservationArray>;
 
     ObservationInfo();
     ~ObservationInfo();
     KeyObservers* listOf(SEL key) const;
+    KeyObservers& listFor(SEL key);
+    FormerArray rebuild(KeyObservers& list);
     void takeOut(Observation& observation);
-    Retired retire(Retired retired);
-    void collect();
-    void unpin();
+    void free(FormerArray array) const;
 
-    std::atomic<std::uint32_t> m_state = 0; // pins, and the two flags
     std::atomic<KeyObservers*> m_lists = nullptr;
-    std::mutex m_mutex; // guards what follows, and changes of the lists
-    std::vector<Retired> m_retired;
+    std::mutex m_mutex; // of changes of the lists
     const std::uint64_t m_serial;
 };
 

@@ -296,6 +296,23 @@ TEST(KeyValueObserving, EndsByHandleOrByTheNewestOfItsKind) {
     EXPECT_EQ(diary.take(), Entries {});
 }
 
+TEST(KeyValueObserving, KeepsTheirOrderAsMostOfManyLeave) {
+    Person person;
+    Diary diary;
+    std::vector<NSKeyValueObservation> observations;
+    for (int i = 0; i < 100; ++i)
+        observations.push_back(
+            diary.observe(person, "name", i % 20 == 0 ? Options {.newValue = true} : Options {}));
+    for (std::size_t i = 0; i < observations.size(); ++i) {
+        if (i % 10 != 0)
+            removeObserver(person, observations[i]);
+    }
+    person.setName("Bob");
+    const std::string told = "name ->Bob", plain = "name ->-";
+    EXPECT_EQ(
+        diary.take(), (Entries {told, plain, told, plain, told, plain, told, plain, told, plain}));
+}
+
 TEST(KeyValueObserving, AsksNothingOfPropertiesThatNobodyObserves) {
     Person person;
     Diary diary;

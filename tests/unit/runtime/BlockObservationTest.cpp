@@ -1,8 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The KWToolkit authors
 // SPDX-License-Identifier: MIT
 #include <KWToolkit/platform/Platform.h>
-#include <KWToolkit/platform/foundation/DispatchQueue.h>
-#include <KWToolkit/platform/foundation/NSException.h>
 #include <KWToolkit/platform/foundation/NSKeyValueCoding.h>
 #include <KWToolkit/platform/headless/HeadlessClock.h>
 #include <KWToolkit/platform/headless/HeadlessConsole.h>
@@ -189,6 +187,30 @@ TEST(BlockObservation, TheObjectMayDieWhileItIsToldOf) {
     }
 }
 
+TEST(BlockObservation, ChangesNestToAnyDepth) {
+    constexpr std::size_t depth = 20;
+    std::vector<std::shared_ptr<Counter>> counters;
+    std::vector<std::string> tokens;
+    const auto held = std::make_shared<int>();
+    for (std::size_t i = 0; i < depth; ++i) {
+        auto counter = std::make_shared<Counter>();
+        tokens.push_back(addObserverForKeyPath(
+            *counter, "value", [&, i, held](NSObject&, const NSKeyValueChange&) {
+                if (i + 1 < depth) {
+                    counters[i + 1]->setValue(1);
+                    return;
+                }
+                for (std::size_t removed = 0; removed < depth; removed += 2)
+                    removeObserverWithBlockToken(*counters[removed], tokens[removed]);
+                counters.clear();
+                EXPECT_EQ(held.use_count(), 1 + static_cast<long>(depth)); // all are running
+            }));
+        counters.push_back(std::move(counter));
+    }
+    counters.front()->setValue(1);
+    EXPECT_EQ(held.use_count(), 1);
+}
+
 TEST(BlockObservation, AnotherThreadMayRemoveWhatIsBeingCalled) {
     Counter counter;
     std::string token;
@@ -233,6 +255,34 @@ TEST(BlockObservation, OnAQueueWhatHasNotBegunIsNotCalledAfterRemoval) {
     EXPECT_TRUE(watched.expired());
 }
 
+TEST(BlockObservation, AnObjectMayDieAndObserveNoMoreWhileAnotherIsAdded) {
+    HeadlessConsole console;
+    const ServiceScope scope(console);
+    struct Owner : Counter {
+        // Its only owner is whoever asks.
+        std::shared_ptr<Counter> related() const {
+            struct Brief : Counter {
+                Remover remover;
+                explicit Brief(Counter& other)
+                    : remover {other, addObserverForKeyPath(other, "value", {})} { }
+            };
+            return std::make_shared<Brief>(*other);
+        }
+        Class& isa() const override {
+            static auto& object = *new Class(
+                "Owner", NSObject::classObject(), {}, {property("related", &Owner::related)});
+            return object;
+        }
+        Counter* other = nullptr;
+    } owner;
+    Counter other;
+    owner.other = &other;
+    std::string told;
+    const auto token = addObserverForKeyPath(owner, "related.value", writing(told, 'a'));
+    removeObserverWithBlockToken(owner, token);
+    EXPECT_TRUE(console.lines().empty());
+}
+
 TEST(OperationQueue, RunsInOrderOrAtOnceAndOutlivesItsOwner) {
     std::promise<void> isRun;
     std::string told;
@@ -250,6 +300,8 @@ TEST(OperationQueue, RunsInOrderOrAtOnceAndOutlivesItsOwner) {
     const ServiceScope scope(console);
     auto concurrent = std::make_shared<NSOperationQueue>();
     std::promise<void> one, other;
+    concurrent->addOperation([] { }); // leaves a thread that waits for more
+    concurrent->waitUntilAllOperationsAreFinished();
     concurrent->addOperation([&] {
         one.set_value();
         other.get_future().wait();
@@ -285,18 +337,6 @@ TEST(OperationQueue, TheMainOneRunsOnTheMainThread) {
     while (loop.runOnce(0)) { }
     EXPECT_EQ(calledOn, std::this_thread::get_id());
     EXPECT_EQ(NSOperationQueue::mainQueue()->operationCount(), 0);
-}
-
-TEST(DispatchQueue, RefusesToWaitForItself) {
-    DispatchQueue queue("test");
-    int runs = 0;
-    queue.sync([&] {
-        ++runs;
-        EXPECT_THROW(queue.sync([&] { ++runs; }), NSException);
-    });
-    EXPECT_THROW(queue.sync([] { throw std::runtime_error("out"); }), std::runtime_error);
-    queue.sync([&] { ++runs; });
-    EXPECT_EQ(runs, 2);
 }
 
 } // namespace
