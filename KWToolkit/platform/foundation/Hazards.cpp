@@ -13,7 +13,7 @@ namespace kw::detail {
 namespace {
 
 /// How often one looks whether a thread that was asked had left before: its leaving is seen soon.
-constexpr int looks = 200;
+constexpr int looks = 16;
 
 constinit std::atomic<HazardRecord*> newestRecord = nullptr;
 
