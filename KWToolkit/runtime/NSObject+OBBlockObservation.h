@@ -28,8 +28,8 @@ namespace kw {
 ///
 /// The object must outlive the call but is not kept alive by the observation; what the task holds
 /// lives as long as the observation. Any thread. All observations of the process are added and
-/// removed one after the other, and meanwhile the getters of objects on the path are called: a lock
-/// that one of these takes must not be held here.
+/// removed one after the other, and meanwhile the getters of objects on the path are called, and
+/// what nobody needs any more may die: a lock that one of these takes must not be held here.
 KW_EXPORT std::string addObserverForKeyPath(
     NSObject& object, const std::string& keyPath, OBObservationTask task);
 KW_EXPORT std::string addObserverForKeyPath(NSObject& object, const std::string& keyPath,
