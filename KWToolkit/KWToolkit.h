@@ -36,6 +36,8 @@
 #include <KWToolkit/platform/foundation/NSKeyValueCoding.h>
 #include <KWToolkit/platform/foundation/NSKeyValueObserving.h>
 #include <KWToolkit/platform/foundation/NSUserDefaults.h>
+#include <KWToolkit/platform/ui/CAConstraintLayoutManager.h>
+#include <KWToolkit/platform/ui/CATransaction.h>
 #include <KWToolkit/runtime/NSObject+BlocksAdditions.h>
 #include <KWToolkit/runtime/NSObject+OBAssociatedObjects.h>
 #include <KWToolkit/runtime/NSObject+OBBlockObservation.h>

@@ -61,6 +61,7 @@ struct Rule {
 struct Node {
     enum class State { untouched, entered, solved };
     State state = State::untouched;
+    bool keepsSize = false;
     Span span; // before it is solved, where it was
     std::array<Rule, 2> rules {}; // the newest first
     std::size_t ruleCount = 0;
@@ -77,6 +78,10 @@ public:
         place(m_layers.size(), layer.bounds());
         for (std::size_t i = 0; i < m_layers.size(); ++i) {
             place(i, m_layers[i]->frame());
+            // The frame of what is turned says nothing of the size of its bounds.
+            const CGAffineTransform& transform = m_layers[i]->affineTransform();
+            const bool isTurned = transform.b != 0 || transform.c != 0;
+            m_nodes[2 * i].keepsSize = m_nodes[2 * i + 1].keepsSize = isTurned;
             m_places.emplace(m_layers[i]->name(), i);
         }
         for (std::size_t i = 0; i < m_layers.size(); ++i)
@@ -169,7 +174,7 @@ private:
         const auto& [newest, other] = anchors;
         if (anchorCount == 2)
             size = (newest.value - other.value) / (newest.part - other.part);
-        if (size)
+        if (size && !node.keepsSize)
             node.span.size = std::max(*size, 0.0);
         if (anchorCount > 0)
             node.span.origin = newest.value - newest.part * node.span.size;

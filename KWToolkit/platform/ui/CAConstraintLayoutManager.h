@@ -27,7 +27,7 @@ public:
 /// One constraint on an axis moves a layer (or with `width` or `height` sizes it, about its lower
 /// edge); two determine place and size. The newest count: of those on the same attribute the last
 /// one added, of three attributes or more on an axis the last two. A size below 0 becomes 0, at the
-/// place that the newest constraint says.
+/// place that the newest constraint says, and a layer that its transform turns keeps its size.
 ///
 /// On a circle of sources the one that closes it counts with the place that it had before; circles
 /// are entered in the order of the sublayers, x before y. A frame that is not finite is not set.

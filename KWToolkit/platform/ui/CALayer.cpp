@@ -66,16 +66,23 @@ void CALayer::setName(std::string name) {
     });
 }
 
+bool CALayer::isWithin(const CALayer& tree) const {
+    const CALayer* layer = this;
+    while (layer && layer != &tree)
+        layer = layer->m_superlayer;
+    return layer != nullptr;
+}
+
 void CALayer::insertSublayer(std::shared_ptr<CALayer> layer, std::size_t index) {
-    if (!layer)
+    if (!layer || isWithin(*layer))
         return;
-    for (const CALayer* ancestor = this; ancestor; ancestor = ancestor->m_superlayer) {
-        if (ancestor == layer.get())
-            return;
-    }
+    const std::shared_ptr<NSObject> alive = weak_from_this().lock();
     if (layer->m_hostView)
         layer->m_hostView->setLayer(nullptr);
     layer->removeFromSuperlayer();
+    // An action may have put it elsewhere, or this into it.
+    if (layer->m_superlayer || layer->m_hostView || isWithin(*layer))
+        return;
     layer->m_superlayer = this;
     const auto place = std::min(index, m_sublayers.size());
     m_sublayers.insert(m_sublayers.begin() + static_cast<std::ptrdiff_t>(place), layer);
@@ -93,23 +100,15 @@ void CALayer::removeFromSuperlayer() {
     CALayer* const superlayer = std::exchange(m_superlayer, nullptr);
     if (!superlayer) // the action has done it
         return;
-    std::erase_if(
-        superlayer->m_sublayers, [this](const auto& layer) { return layer.get() == this; });
+    auto& siblings = superlayer->m_sublayers;
+    siblings.erase(std::ranges::find(siblings, this, &std::shared_ptr<CALayer>::get));
+    const std::shared_ptr<NSObject> superlayerAlive = superlayer->weak_from_this().lock();
     superlayer->setNeedsLayout();
     superlayer->setNeedsDisplay();
     superlayer->runAction("sublayers");
 }
 
-void CALayer::setBounds(const NSRect& bounds) {
-    const std::shared_ptr<NSObject> alive = weak_from_this().lock();
-    const NSSize former = m_values.bounds.size;
-    change("bounds", bounds);
-    if (m_values.bounds.size == former)
-        return;
-    setNeedsLayout();
-    superlayerNeedsLayout();
-}
-
+void CALayer::setBounds(const NSRect& bounds) { change("bounds", bounds); }
 void CALayer::setPosition(const NSPoint& position) { change("position", position); }
 void CALayer::setAnchorPoint(const NSPoint& point) { change("anchorPoint", point); }
 void CALayer::setAffineTransform(const CGAffineTransform& transform) {
@@ -172,6 +171,8 @@ void CALayer::change(std::string_view key, const CAValue& value) {
     const CALayerProperty& property = *CALayerProperty::find(key);
     if (!isFinite(value) || property.get(m_values) == value)
         return;
+    // An action or an observer may let go of the layer.
+    const std::shared_ptr<NSObject> alive = weak_from_this().lock();
     std::shared_ptr<CAAction> action;
     if (m_madeBeforeCommit < CATransaction::count())
         action = actionToRun(key);
@@ -180,18 +181,21 @@ void CALayer::change(std::string_view key, const CAValue& value) {
     const CAActionArguments arguments {action ? property.get(presentationValues()) : CAValue()};
     const auto apply = [&] {
         changeValueForKey(*this, SEL(key), [&] {
+            const NSSize formerSize = m_values.bounds.size;
             property.set(m_values, value);
             setNeedsDisplay();
-            if (action)
-                action->runActionForKey(std::string(key), *this, arguments);
+            if (m_values.bounds.size == formerSize)
+                return;
+            setNeedsLayout();
+            superlayerNeedsLayout();
         });
     };
-    // An observer may let go of the layer.
-    const std::shared_ptr<NSObject> alive = weak_from_this().lock();
     if (property.traits.movesFrame && isObserved(frameKey()))
         detail::changeAnnounced(*this, frameKey(), apply);
     else
         apply();
+    if (action)
+        action->runActionForKey(std::string(key), *this, arguments);
 }
 
 std::shared_ptr<CAAction> CALayer::actionToRun(std::string_view key) const {
@@ -370,7 +374,12 @@ void CALayer::fillHostView() {
     CATransaction::ensure();
     CATransaction::begin();
     CATransaction::setDisableActions(true);
-    setFrame(m_hostView->bounds());
+    try {
+        setFrame(m_hostView->bounds());
+    } catch (...) {
+        CATransaction::commit();
+        throw;
+    }
     CATransaction::commit();
 }
 

@@ -62,7 +62,8 @@ public:
 
     // Each of these has the key of its name, but for `affineTransform` ("transform") and `isHidden`
     // ("hidden"), and can be observed under it, as can "frame" and "name". Animations change no
-    // values, so nobody is told of them.
+    // values, so nobody is told of them. First the value is set, then observers are told, then the
+    // action runs; an exception leaves what comes after it undone.
 
     const NSRect& bounds() const { return m_values.bounds; }
     void setBounds(const NSRect& bounds);
@@ -167,6 +168,7 @@ private:
         }
     };
 
+    bool isWithin(const CALayer& tree) const;
     void change(std::string_view key, const CAValue& value);
     std::shared_ptr<CAAction> actionToRun(std::string_view key) const;
     void runAction(std::string_view key);

@@ -10,7 +10,8 @@ namespace kw {
 
 namespace {
 
-/// What is larger or farther away, in points, is not drawn: nobody would see its edges.
+/// What is larger or farther away, in points, is not drawn itself; its sublayers are, unless it
+/// masks them.
 constexpr double farthest = 1e6;
 
 enum class Winding { counterclockwise, clockwise };
@@ -86,30 +87,35 @@ void CALayer::draw(NSGraphicsContext& context) const {
     const double alpha = std::min(shown.opacity, 1.0) * (1 - std::clamp(shown.hidden, 0.0, 1.0));
     const CGAffineTransform matrix = shown.toSuperlayer();
     const bool isFlat = matrix.a * matrix.d - matrix.b * matrix.c == 0;
-    if (!(alpha > 0) || isFlat || !isFinite(matrix) || !isNear(shown.frame()))
+    if (!(alpha > 0) || isFlat || !isFinite(matrix))
         return;
     const NSRect& bounds = shown.bounds;
-    const bool hasInside = !NSIsEmptyRect(bounds) && isNear(bounds);
+    const bool hasInside = !NSIsEmptyRect(bounds) && isNear(bounds) && isNear(shown.frame());
+    const bool hasOutside = !m_masksToBounds && !m_sublayers.empty();
+    if (!hasInside && !hasOutside)
+        return;
 
     context.saveGraphicsState();
     context.concat(matrix);
-    if (alpha < 1)
+    if (alpha < 1) {
+        // Only what is needed is drawn apart.
+        if (!hasOutside)
+            context.clip(outline(NSInsetRect(bounds, -1, -1), 0));
         context.beginTransparencyLayer(alpha);
+    }
 
     if (hasInside && isVisible(shown.backgroundColor))
         fill(context, *shown.backgroundColor, outline(bounds, shown.cornerRadius));
-    if (hasInside || !m_masksToBounds) {
-        if (m_masksToBounds) {
-            context.saveGraphicsState();
-            context.clip(outline(bounds, shown.cornerRadius));
-        }
-        if (hasInside)
-            drawContents(context, shown.contents, bounds);
-        for (const auto& layer : m_sublayers)
-            layer->draw(context);
-        if (m_masksToBounds)
-            context.restoreGraphicsState();
+    if (m_masksToBounds) {
+        context.saveGraphicsState();
+        context.clip(outline(bounds, shown.cornerRadius));
     }
+    if (hasInside)
+        drawContents(context, shown.contents, bounds);
+    for (const auto& layer : m_sublayers)
+        layer->draw(context);
+    if (m_masksToBounds)
+        context.restoreGraphicsState();
     if (hasInside && shown.borderWidth > 0 && isVisible(shown.borderColor))
         fill(context, *shown.borderColor, border(bounds, shown.borderWidth, shown.cornerRadius));
 

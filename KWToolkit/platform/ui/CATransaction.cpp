@@ -24,7 +24,7 @@ struct Completion {
         : enclosing(std::move(outer)) { }
     ~Completion() {
         if (block)
-            Platform::runLoop().perform(std::move(block));
+            Platform::performOnMainThread(std::move(block)); // also where the loop is gone by now
     }
     Completion(const Completion&) = delete;
     Completion& operator=(const Completion&) = delete;
@@ -118,7 +118,10 @@ struct CATransaction::Work {
         now.animated.forEach([time](CALayer& layer) { layer.beginAnimations(time); });
         scheduleFrame();
         if (!now.needingLayout.isEmpty())
-            ensure();
+            Platform::runLoop().callAfter(frameInterval, [] {
+                if (!state().needingLayout.isEmpty())
+                    ensure();
+            });
         if (failure)
             std::rethrow_exception(failure);
     }
@@ -138,10 +141,15 @@ struct CATransaction::Work {
         State& now = state();
         now.frame.reset();
         const double time = Platform::clock().now();
-        now.animated.forEach([time](CALayer& layer) {
-            layer.setNeedsDisplay();
-            layer.endAnimations(time);
-        });
+        try {
+            now.animated.forEach([time](CALayer& layer) {
+                layer.setNeedsDisplay();
+                layer.endAnimations(time);
+            });
+        } catch (...) {
+            scheduleFrame();
+            throw;
+        }
         scheduleFrame();
     }
 

@@ -35,9 +35,10 @@ void NSView::setFrame(NSRect frame) {
     NSView* const container = m_superview ? m_superview : this;
     container->setNeedsDisplayInRect(m_superview ? m_frame : bounds());
     const NSSize formerSize = std::exchange(m_frame, frame).size;
+    container->setNeedsDisplayInRect(m_superview ? m_frame : bounds());
+    // Last: whoever observes the layer may let go of the view.
     if (m_layer && frame.size != formerSize)
         m_layer->fillHostView();
-    container->setNeedsDisplayInRect(m_superview ? m_frame : bounds());
 }
 
 void NSView::addSubview(std::shared_ptr<NSView> view) {
@@ -90,18 +91,23 @@ void NSView::setNeedsDisplayInRect(NSRect rect) {
 void NSView::setLayer(std::shared_ptr<CALayer> layer) {
     if (layer == m_layer)
         return;
-    if (m_layer)
-        m_layer->setHostView(nullptr);
-    m_layer = nullptr;
+    const std::shared_ptr<NSObject> alive = weak_from_this().lock();
     if (layer) {
         if (NSView* const former = layer->hostView())
             former->setLayer(nullptr);
         layer->removeFromSuperlayer();
-        m_layer = std::move(layer);
-        m_layer->setHostView(this);
-        m_layer->fillHostView();
+        // An action may have put it elsewhere.
+        if (layer->superlayer() || layer->hostView())
+            return;
     }
+    if (m_layer)
+        m_layer->setHostView(nullptr);
+    m_layer = std::move(layer);
     setNeedsDisplay();
+    if (const auto shown = m_layer) {
+        shown->setHostView(this);
+        shown->fillHostView();
+    }
 }
 
 void NSView::drawLayer(NSGraphicsContext& context) const {

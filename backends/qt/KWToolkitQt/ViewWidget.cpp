@@ -4,6 +4,7 @@
 
 #include <KWToolkit/platform/Guarded.h>
 #include <KWToolkit/platform/Platform.h>
+#include <KWToolkit/platform/ui/CATransaction.h>
 #include <KWToolkitQt/KeyTranslation.h>
 #include <KWToolkitQt/KeyboardGrabFilter.h>
 #include <KWToolkitQt/QtGraphicsContext.h>
@@ -349,6 +350,8 @@ bool ViewWidget::focusNextPrevChild(bool next) {
 }
 
 void ViewWidget::paintEvent(QPaintEvent* event) {
+    // Layers are laid out before they are seen.
+    callGuarded([] { CATransaction::flush(); });
     QPainter painter(this);
     paint(painter, *d->root, event->rect());
 }

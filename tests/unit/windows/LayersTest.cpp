@@ -200,10 +200,11 @@ TEST_F(Layers, LayoutThatNeverRestsOrThrowsHoldsNothingUp) {
     };
     Restless layer;
     layer.setNeedsLayout();
-    for (const int count : {2, 4}) {
-        EXPECT_THROW(loop.runOnce(0), std::runtime_error);
-        EXPECT_EQ(layer.count, count);
-    }
+    EXPECT_THROW(loop.runOnce(0), std::runtime_error);
+    EXPECT_FALSE(loop.runOnce(0)); // not before the next frame
+    EXPECT_EQ(layer.count, 2);
+    EXPECT_THROW(loop.advance(0.02), std::runtime_error);
+    EXPECT_EQ(layer.count, 4);
 }
 
 TEST_F(Layers, WithoutImplicitAnimationsElevenKeysTakeEffectAtOnce) {
@@ -473,12 +474,12 @@ TEST_F(Layers, DrawsBackToFrontWithTheBorderOnTop) {
     };
     EXPECT_EQ(calls(),
         "save, to 0, color 1.00, fill, save, clip, "
-        "save, to -5, group 0.50, color 0.50, fill, end, restore, "
+        "save, to -5, clip, group 0.50, color 0.50, fill, end, restore, "
         "restore, color 0.00, fill, restore, ");
     hidden->setHidden(false);
     CATransaction::flush();
     loop.advance(0.2);
-    EXPECT_THAT(calls(), testing::ContainsRegex("to 10, group 0.9., color 0.25"));
+    EXPECT_THAT(calls(), testing::ContainsRegex("to 10, clip, group 0.9., color 0.25"));
     root->setAffineTransform({0, 0, 0, 0, 0, 0});
     root->removeAllAnimations();
     EXPECT_EQ(calls(), "");
@@ -547,6 +548,108 @@ TEST_F(Layers, ReducedMotionIsHonoredWhereTheHostWantsIt) {
     layer->setOpacity(1);
     EXPECT_EQ(shownOpacity(layer), 0);
     CATransaction::setHonorsReducedMotion(false);
+}
+
+/// An action made of a function.
+struct Act : CAAction {
+    explicit Act(std::function<void()> function)
+        : call(std::move(function)) { }
+    void runActionForKey(const std::string&, CALayer&, const CAActionArguments&) override {
+        call();
+    }
+    std::function<void()> call;
+};
+CALayer::Actions action(const char* key, std::function<void()> call) {
+    return {{key, std::make_shared<Act>(std::move(call))}};
+}
+
+TEST_F(Layers, ActionsMayTurnTheTreeUpsideDown) {
+    Layer root = shown({}), layer = shown({});
+    layer->setActions(action("onOrderIn", [&] { root.reset(); }));
+    root->addSublayer(layer);
+    EXPECT_EQ(layer->superlayer(), nullptr);
+
+    const Layer outer = shown({}), inner = shown({}), former = shown({}), third = shown({});
+    former->addSublayer(inner);
+    former->setActions(action("sublayers", [&] { inner->addSublayer(outer); }));
+    outer->addSublayer(inner);
+    EXPECT_EQ(outer->superlayer(), inner.get());
+    EXPECT_TRUE(outer->sublayers().empty());
+
+    const auto view = std::make_shared<NSView>(), other = std::make_shared<NSView>();
+    third->addSublayer(layer);
+    third->setActions(action("sublayers", [&] { other->setLayer(layer); }));
+    view->setLayer(layer);
+    EXPECT_EQ(other->layer(), layer);
+    EXPECT_EQ(view->layer(), nullptr);
+}
+
+TEST_F(Layers, ComeAndGoInOrder) {
+    const Layer root = shown({}), layer = shown({});
+    std::string log;
+    const auto note = [&](const char* text) { return [&log, text] { log += text; }; };
+    root->setActions(action("sublayers", note("s")));
+    auto actions = action("onOrderIn", note("i"));
+    actions.merge(action("onOrderOut", note("o")));
+    layer->setActions(std::move(actions));
+    root->addSublayer(layer);
+    layer->setHidden(true);
+    layer->setHidden(true);
+    layer->setHidden(false);
+    layer->removeFromSuperlayer();
+    EXPECT_EQ(log, "isoios");
+}
+
+TEST_F(Layers, LayoutFollowsEveryChangeOfWhatItIsMadeOf) {
+    const Layer root = shown(NSMakeRect(0, 0, 100, 100));
+    const Layer source = shown(NSMakeRect(0, 0, 10, 10), root);
+    const Layer layer = shown(NSMakeRect(0, 0, 10, 10), root);
+    root->setLayoutManager(std::make_shared<CAConstraintLayoutManager>());
+    source->setName("source");
+    CATransaction::flush();
+    const std::pair<std::function<void()>, double> rows[] {
+        {[&] { stayOnRightRelativeTo(*layer, "source", 0); }, 10},
+        {[&] { source->setBounds(NSMakeRect(0, 0, 20, 10)); }, 15},
+        {[&] { source->setName("another"); }, 15}, // the constraint does not count
+        {[&] { layer->setConstraints({{minX, "another", maxX, 1, 2}}); }, 17},
+        {[&] { source->removeFromSuperlayer(); }, 17},
+    };
+    for (const auto& [change, x] : rows) {
+        change();
+        CATransaction::flush();
+        EXPECT_EQ(layer->frame().origin.x, x);
+    }
+    loop.advance(1);
+    // Under the settings of the transaction.
+    CATransaction::begin();
+    CATransaction::setDisableActions(true);
+    anchorLeftRelativeTo(*layer, "superlayer", 50);
+    CATransaction::commit();
+    CATransaction::flush();
+    EXPECT_EQ(shownX(layer), layer->position().x);
+}
+
+TEST_F(Layers, AnObserverThatThrowsLeavesTransactionsAndSizesInOrder) {
+    const auto view = std::make_shared<NSView>(NSMakeRect(0, 0, 10, 10));
+    const Layer root = shown({});
+    view->setLayer(root);
+    CATransaction::flush();
+    const std::string token = addObserverForKeyPath(
+        *root, "frame", [](NSObject&, const NSKeyValueChange&) { throw std::runtime_error("no"); });
+    EXPECT_THROW(view->setFrame(NSMakeRect(0, 0, 20, 20)), std::runtime_error);
+    EXPECT_FALSE(CATransaction::disableActions());
+    removeObserverWithBlockToken(*root, token);
+    root->setOpacity(0);
+    CATransaction::flush();
+    EXPECT_EQ(root->animationKeys(), std::vector<std::string> {"opacity"});
+
+    // A turned layer that is stretched does not grow with each layout.
+    const Layer turned = shown(NSMakeRect(0, 0, 20, 10), root);
+    turned->setAffineTransform({0.8, 0.6, -0.6, 0.8, 0, 0});
+    root->setLayoutManager(std::make_shared<CAConstraintLayoutManager>());
+    centerHorizontallyRelativeTo(*turned, "superlayer", 2, -2);
+    CATransaction::flush();
+    EXPECT_EQ(turned->bounds().size, (NSSize {20, 10}));
 }
 
 TEST_F(Layers, TellObserversOfTheirValuesAndWhereTheyAre) {
