@@ -258,7 +258,8 @@ KeyObservers& ObservationInfo::listFor(SEL key) {
 
 /// Makes room for twice as many as there are; the mutex must be locked.
 ObservationInfo::FormerArray ObservationInfo::rebuild(KeyObservers& list) {
-    auto array = std::make_unique<ObservationArray>(std::max<std::size_t>(1, 2 * list.living));
+    auto array = std::make_unique<ObservationArray>(
+        std::max(std::size_t {1}, std::size_t {2} * list.living));
     std::uint32_t count = 0;
     list.each([&](Observation& kept) {
         kept.index = count;

@@ -149,8 +149,6 @@ NSRect CALayerValues::frame() const {
         std::abs(matrix.b) * size.width + std::abs(matrix.d) * size.height);
 }
 
-std::span<const CALayerProperty> CALayerProperty::all() { return properties; }
-
 const CALayerProperty* CALayerProperty::find(std::string_view key) {
     const auto* const found = std::ranges::find(properties, key, &CALayerProperty::key);
     return found == std::end(properties) ? nullptr : found;

@@ -10,7 +10,6 @@
 #include <KWToolkit/platform/graphics/NSGeometry.h>
 
 #include <optional>
-#include <span>
 #include <string_view>
 #include <variant>
 
@@ -65,7 +64,6 @@ struct KW_EXPORT CALayerProperty {
     /// pattern takes the other's place at once. Pictures are crossfaded.
     CAValue (*interpolate)(const CAValue& from, const CAValue& to, double progress);
 
-    static std::span<const CALayerProperty> all();
     /// Null for a key that is none.
     static const CALayerProperty* find(std::string_view key);
 };
