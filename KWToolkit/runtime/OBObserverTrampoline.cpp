@@ -53,8 +53,8 @@ public:
     void cancelObservation() override {
         if (m_cancellationPredicate.exchange(true))
             return;
-        if (const auto observee = m_observee.lock())
-            removeObserver(*observee, m_observation);
+        if (m_observation)
+            detail::ObservationInfo::remove(m_observee, *m_observation);
         m_observee = {};
     }
 
@@ -98,7 +98,11 @@ std::shared_ptr<OBObserverTrampoline> OBObserverTrampoline::initObservingObject(
     auto trampoline = std::make_shared<Trampoline>(
         observee, std::move(keyPath), std::move(queue), std::move(task));
     trampoline->observe(observee);
-    return trampoline;
+    // Who lets go of the last pointer cancels while the trampoline is still owned by somebody: it
+    // may be just what is called.
+    auto* const address = trampoline.get();
+    return {address,
+        [owner = std::move(trampoline)](OBObserverTrampoline*) { owner->cancelObservation(); }};
 }
 
 Class& OBObserverTrampoline::classObject() {

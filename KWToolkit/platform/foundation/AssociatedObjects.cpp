@@ -26,11 +26,14 @@ ObjectExtras* ObjectExtras::ifAny(const NSObject& object) {
     return object.m_extras.load(std::memory_order_acquire);
 }
 
-void ObjectExtras::forget(NSObject& object) {
-    if (ObjectExtras* const extras = ifAny(object)) {
-        const std::lock_guard lock(extras->anchor->mutex);
+void ObjectExtras::forget(NSObject& object, const std::function<void()>& also) {
+    ObjectExtras* const extras = ifAny(object);
+    std::unique_lock<std::mutex> lock;
+    if (extras) {
+        lock = std::unique_lock(extras->anchor->mutex);
         extras->anchor->object = nullptr;
     }
+    also();
 }
 
 void ObjectExtras::destroy(NSObject& object) {

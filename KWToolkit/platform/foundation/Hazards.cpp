@@ -3,8 +3,8 @@
 #include <KWToolkit/platform/foundation/Hazards.h>
 
 #include <algorithm>
+#include <iterator>
 #include <mutex>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -12,7 +12,8 @@ namespace kw::detail {
 
 namespace {
 
-/// How often one looks whether a thread that was asked had left before: its leaving is seen soon.
+/// How often one looks whether a thread that was asked was leaving: that is seen soon. Should it be
+/// missed all the same, the next one that is asked frees what is left.
 constexpr int looks = 16;
 
 constinit std::atomic<HazardRecord*> newestRecord = nullptr;
@@ -42,42 +43,46 @@ HazardRecord& takeRecord() {
     return *record;
 }
 
-template <class Call>
-bool anyThatPins(const void* what, Call call) {
-    bool isAny = false;
+/// A pin that was there when something was retired.
+struct SeenPin {
+    HazardRecord* record;
+    const HazardRecord::Slot* slot;
+    std::uint64_t endedPins;
+
+    bool isOver() const { return slot->endedPins.load(std::memory_order_acquire) != endedPins; }
+};
+using SeenPins = std::vector<SeenPin>;
+
+SeenPins pinsOf(const void* what) {
+    SeenPins pins;
     for (auto* record = newestRecord.load(); record; record = record->next) {
-        const bool pins = std::ranges::any_of(record->slots, [what](const auto& slot) {
-            const void* const pinned = slot.load();
-            return pinned == what || pinned == &everything;
-        });
-        if (pins) {
-            call(*record);
-            isAny = true;
+        for (const auto& slot : record->slots) {
+            const void* const pinned = slot.pinned.load();
+            if (pinned == what || pinned == &everything)
+                pins.push_back({record, &slot, slot.endedPins.load()});
         }
     }
-    return isAny;
+    return pins;
 }
 
-/// Has the threads that pin it free what is retired when they leave. Returns false where none does
-/// any more.
-bool ask(const void* what) {
-    anyThatPins(what, [](HazardRecord& record) { record.isAsked.store(true); });
-    bool isOwnAlone = false;
-    for (int look = 0; look < looks && !isOwnAlone; ++look) {
-        isOwnAlone = true;
-        if (!anyThatPins(what, [&](const HazardRecord& record) {
-                isOwnAlone = isOwnAlone && &record == ownRecord;
-            }))
-            return false;
+bool areOver(const SeenPins& pins) { return std::ranges::all_of(pins, &SeenPin::isOver); }
+
+/// Has the threads that still pin it free what is retired when they leave.
+void ask(const SeenPins& pins) {
+    for (const SeenPin& pin : pins) {
+        if (!pin.isOver())
+            pin.record->isAsked.store(true);
     }
-    return true;
 }
 
-using Items = std::vector<std::shared_ptr<void>>;
+struct Retired {
+    SeenPins pins;
+    std::shared_ptr<void> item;
+};
 
 struct RetiredItems {
     std::mutex mutex;
-    std::unordered_map<const void*, Items> items; // by what they were reached from
+    std::vector<Retired> items;
 };
 RetiredItems& retired() {
     static auto& all = *new RetiredItems;
@@ -85,14 +90,15 @@ RetiredItems& retired() {
 }
 
 void freeWhatCanBe() {
-    std::vector<Items> freed; // ends outside the lock: what dies may come back here
+    std::vector<Retired> freed; // ends outside the lock: what dies may come back here
     const std::lock_guard lock(retired().mutex);
-    std::erase_if(retired().items, [&](auto& entry) {
-        if (ask(entry.first))
-            return false;
-        freed.push_back(std::move(entry.second));
-        return true;
+    auto& items = retired().items;
+    const auto over = std::ranges::partition(items, [](const Retired& kept) {
+        ask(kept.pins);
+        return !areOver(kept.pins);
     });
+    freed.assign(std::move_iterator(over.begin()), std::move_iterator(over.end()));
+    items.erase(over.begin(), over.end());
 }
 
 } // namespace
@@ -107,7 +113,7 @@ HazardRecord& HazardRecord::own() {
 
 void HazardPin::pinEverything() {
     if (m_record.depth == HazardRecord::slotCount)
-        m_record.slots.back().exchange(&everything);
+        m_record.slots.back().pinned.exchange(&everything);
 }
 
 void HazardPin::free() {
@@ -116,16 +122,31 @@ void HazardPin::free() {
 }
 
 bool isPinned(const void* what) {
-    return anyThatPins(what, [](const HazardRecord&) { });
+    for (const auto* record = newestRecord.load(); record; record = record->next) {
+        for (const auto& slot : record->slots) {
+            const void* const pinned = slot.pinned.load();
+            if (pinned == what || pinned == &everything)
+                return true;
+        }
+    }
+    return false;
 }
 
 void retire(const void* what, std::shared_ptr<void> item) {
+    const SeenPins pins = pinsOf(what);
+    ask(pins);
     {
         const std::lock_guard lock(retired().mutex);
-        retired().items[what].push_back(std::move(item));
+        retired().items.push_back({pins, std::move(item)});
     }
-    if (!ask(what))
-        freeWhatCanBe();
+    const bool isOwn =
+        std::ranges::any_of(pins, [](const SeenPin& pin) { return pin.record == ownRecord; });
+    for (int look = 0; look < looks && !isOwn; ++look) {
+        if (areOver(pins)) {
+            freeWhatCanBe();
+            return;
+        }
+    }
 }
 
 } // namespace kw::detail

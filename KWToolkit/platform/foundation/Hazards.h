@@ -7,6 +7,7 @@
 #include <array>
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 
 namespace kw::detail {
@@ -14,8 +15,12 @@ namespace kw::detail {
 /// What a thread has pinned. Records are never freed; a thread that ends leaves its to another.
 struct HazardRecord {
     static constexpr std::size_t slotCount = 8;
+    struct Slot {
+        std::atomic<const void*> pinned = nullptr;
+        std::atomic<std::uint64_t> endedPins = 0;
+    };
 
-    std::array<std::atomic<const void*>, slotCount> slots {};
+    std::array<Slot, slotCount> slots;
     std::atomic<bool> isAsked = false; // to free what was retired, when it unpins something
     std::atomic<bool> isTaken = true;
     std::size_t depth = 0; // the thread's own
@@ -34,14 +39,18 @@ public:
         : m_record(HazardRecord::own()) {
         const std::size_t depth = m_record.depth++;
         if (depth < HazardRecord::slotCount - 1) [[likely]]
-            m_record.slots[depth].exchange(what);
+            m_record.slots[depth].pinned.exchange(what);
         else
             pinEverything();
     }
     ~HazardPin() {
         const std::size_t depth = --m_record.depth;
-        if (depth < HazardRecord::slotCount)
-            m_record.slots[depth].store(nullptr, std::memory_order_release);
+        if (depth < HazardRecord::slotCount) {
+            auto& [pinned, endedPins] = m_record.slots[depth];
+            pinned.store(nullptr, std::memory_order_release);
+            endedPins.store(
+                endedPins.load(std::memory_order_relaxed) + 1, std::memory_order_release);
+        }
         if (m_record.isAsked.load(std::memory_order_relaxed)) [[unlikely]]
             free();
     }
@@ -58,7 +67,8 @@ private:
 /// Whether some thread may have it pinned.
 bool isPinned(const void* what);
 
-/// Releases `item`, which cannot be reached from `what` any more, once no thread has that pinned.
+/// Releases `item`, which cannot be reached from `what` any more, once no pin of that is left which
+/// there is now; others may come and go.
 /// No locks may be held that a destructor of the item's might take.
 void retire(const void* what, std::shared_ptr<void> item);
 

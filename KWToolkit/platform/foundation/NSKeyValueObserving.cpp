@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include <KWToolkit/platform/foundation/NSKeyValueObserving.h>
 
+#include <KWToolkit/platform/foundation/Hazards.h>
 #include <KWToolkit/platform/foundation/NSKeyValueCoding.h>
 #include <KWToolkit/platform/foundation/Observations.h>
 
@@ -9,6 +10,7 @@
 #include <cstdint>
 #include <optional>
 #include <ranges>
+#include <utility>
 #include <vector>
 
 namespace kw {
@@ -24,29 +26,28 @@ struct OpenChange {
     detail::OldValues oldValues;
 };
 
-/// The calling thread's, innermost last.
-std::vector<OpenChange>& openChanges() {
-    thread_local std::vector<OpenChange> changes;
-    return changes;
-}
+/// The calling thread's, innermost last; null for none. Not destroyed with the thread, as changes
+/// are made to its very end.
+constinit thread_local std::vector<OpenChange>* openChanges = nullptr;
 
-auto innermostOf(const ObservationInfo& info, SEL key) {
-    auto& changes = openChanges();
-    return std::ranges::find_if(changes.rbegin(), changes.rend(), [&](const OpenChange& change) {
-        return change.objectSerial == info.serial() && change.key == key;
-    });
-}
-
-bool isOpen(const ObservationInfo& info, SEL key) {
-    return innermostOf(info, key) != openChanges().rend();
+OpenChange* innermostOf(const ObservationInfo& info, SEL key) {
+    if (!openChanges)
+        return nullptr;
+    const auto found = std::ranges::find_if(
+        openChanges->rbegin(), openChanges->rend(), [&](const OpenChange& change) {
+            return change.objectSerial == info.serial() && change.key == key;
+        });
+    return found == openChanges->rend() ? nullptr : &*found;
 }
 
 std::optional<OpenChange> takeInnermostOf(ObservationInfo& info, SEL key) {
-    const auto found = innermostOf(info, key);
-    if (found == openChanges().rend())
+    OpenChange* const found = innermostOf(info, key);
+    if (!found)
         return std::nullopt;
     OpenChange change = std::move(*found);
-    openChanges().erase(std::next(found).base());
+    openChanges->erase(openChanges->begin() + (found - openChanges->data()));
+    if (openChanges->empty())
+        delete std::exchange(openChanges, nullptr);
     --info.reasonsForWill;
     return change;
 }
@@ -57,16 +58,19 @@ NSKeyValueObservation addObserver(NSObject& object, NSObject& observer, std::str
     NSKeyValueObservingOptions options, const void* context) {
     auto* const observation =
         new detail::Observation {.observer = &observer, .context = context, .options = options};
-    ObservationInfo::of(object).add(object, keyPath, *observation);
+    ObservationInfo& info = ObservationInfo::of(object);
+    const detail::HazardPin pin(&info); // it may be removed by itself or by others meanwhile
+    info.add(object, keyPath, *observation);
     if (options.initial) {
         try {
             detail::tellInitially(*observation, object);
         } catch (...) {
-            removeObserver(object, observation);
+            if (observation->tell.load())
+                info.remove(*observation);
             throw;
         }
     }
-    return observation;
+    return observation->tell.load() ? observation : nullptr;
 }
 
 void removeObserver(NSObject& object, NSKeyValueObservation observation) {
@@ -77,10 +81,7 @@ void removeObserver(NSObject& object, NSKeyValueObservation observation) {
 bool removeObserver(
     NSObject& object, NSObject& observer, std::string_view keyPath, const void* context) {
     ObservationInfo* const info = ObservationInfo::ifAny(object);
-    auto* const observation = info ? info->find(observer, keyPath, context) : nullptr;
-    if (observation)
-        info->remove(*observation);
-    return observation != nullptr;
+    return info && info->removeNewest(observer, keyPath, context);
 }
 
 void willChangeValueForKey(NSObject& object, SEL key) {
@@ -88,9 +89,11 @@ void willChangeValueForKey(NSObject& object, SEL key) {
     if (!info)
         return;
     OpenChange change {.objectSerial = info->serial(), .key = key, .oldValues = {}};
-    if (!isOpen(*info, key))
+    if (!innermostOf(*info, key))
         change.oldValues = info->willChange(object, key);
-    openChanges().push_back(std::move(change));
+    if (!openChanges)
+        openChanges = new std::vector<OpenChange>;
+    openChanges->push_back(std::move(change));
     ++info->reasonsForWill;
 }
 
@@ -99,7 +102,7 @@ void didChangeValueForKey(NSObject& object, SEL key) {
     if (!info)
         return;
     const auto change = takeInnermostOf(*info, key);
-    if (!isOpen(*info, key))
+    if (!innermostOf(*info, key))
         info->didChange(object, key, change ? change->oldValues : detail::OldValues());
 }
 

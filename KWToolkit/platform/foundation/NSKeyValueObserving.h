@@ -74,7 +74,8 @@ using NSKeyValueObservation = detail::Observation*;
 ///
 /// Any thread. An exception from an observer leaves the function that made the change; those that
 /// were added later are not told of it. One that leaves `addObserver` (of a getter on the path, or
-/// of the observer when it is told initially) has ended the observation.
+/// of the observer when it is told initially) has ended the observation. Null is answered where it
+/// was removed meanwhile.
 KW_EXPORT NSKeyValueObservation addObserver(NSObject& object, NSObject& observer,
     std::string_view keyPath, NSKeyValueObservingOptions options = {},
     const void* context = nullptr);

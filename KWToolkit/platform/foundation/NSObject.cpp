@@ -33,7 +33,6 @@ NSObject::~NSObject() {
     // What dies with the object may leave something behind, in a destructor of its own.
     while (m_extras.load(std::memory_order_acquire)
         || m_observations.load(std::memory_order_acquire)) {
-        detail::ObjectExtras::forget(*this);
         detail::ObservationInfo::objectDies(*this);
         detail::ObjectExtras::destroy(*this);
     }

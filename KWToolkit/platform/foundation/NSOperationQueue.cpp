@@ -11,6 +11,7 @@
 #include <deque>
 #include <limits>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -73,9 +74,9 @@ void NSOperationQueue::State::runNext(std::unique_lock<std::mutex>& lock) {
 void NSOperationQueue::State::callThreads(const std::shared_ptr<State>& state) {
     const std::size_t limit = threadsFor(state->limit);
     const std::size_t wanted = std::min(state->running + state->waiting.size(), limit);
+    state->hasWork.notify_all();
     for (; state->threads < wanted; ++state->threads)
         std::thread(&work, state).detach();
-    state->hasWork.notify_all();
 }
 
 void NSOperationQueue::State::work(const std::shared_ptr<State>& state) {
@@ -118,16 +119,30 @@ const std::shared_ptr<NSOperationQueue>& NSOperationQueue::mainQueue() {
 }
 
 void NSOperationQueue::addOperation(std::function<void()> operation) {
-    const std::lock_guard lock(m_state->mutex);
-    m_state->waiting.push_back(std::move(operation));
-    if (!m_state->isMain) {
-        State::callThreads(m_state);
+    std::unique_lock lock(m_state->mutex);
+    if (m_state->isMain) {
+        ++m_state->running;
+        lock.unlock();
+        // Over when it was run, or dropped with its loop.
+        const std::shared_ptr<void> end(nullptr, [state = m_state](void*) {
+            const std::lock_guard endLock(state->mutex);
+            --state->running;
+            state->isDone.notify_all();
+        });
+        Platform::performOnMainThread(
+            [end, operation = std::move(operation)] { callGuarded(operation); });
         return;
     }
-    Platform::performOnMainThread([state = m_state] {
-        std::unique_lock mainLock(state->mutex);
-        state->runNext(mainLock);
-    });
+    m_state->waiting.push_back(std::move(operation));
+    try {
+        State::callThreads(m_state);
+    } catch (const std::system_error&) {
+        // Those that there are do it.
+        if (m_state->threads > 0)
+            return;
+        m_state->waiting.pop_back();
+        throw;
+    }
 }
 
 void NSOperationQueue::setMaxConcurrentOperationCount(int count) {

@@ -18,7 +18,8 @@ inline constexpr int NSOperationQueueDefaultMaxConcurrentOperationCount = -1;
 /// Runs operations in the background, on threads of its own, in the order in which they are added:
 /// with one at a time that is a serial queue, otherwise it is the order in which they begin.
 ///
-/// A queue may be let go at any time, within one of its operations, too: what was added is run.
+/// A queue may be let go at any time, within one of its operations, too: what was added is run, as
+/// long as the process lives and the count below lets it.
 /// Any thread.
 class KW_EXPORT NSOperationQueue : public NSObject {
 public:
@@ -32,7 +33,8 @@ public:
     /// see `Platform::performOnMainThread`.
     static const std::shared_ptr<NSOperationQueue>& mainQueue();
 
-    /// An exception from an operation is written to the console.
+    /// An exception from an operation is written to the console. Throws `std::system_error`, and
+    /// adds nothing, where the system has no thread left and the queue none.
     void addOperation(std::function<void()> operation);
 
     /// How many operations run at once. Counts for those that have yet to begin; 0 lets none begin.

@@ -6,6 +6,7 @@
 #include <KWToolkit/platform/foundation/AssociatedObjects.h>
 #include <KWToolkit/platform/foundation/NSObject.h>
 
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <unordered_map>
@@ -27,8 +28,8 @@ struct ObjectExtras {
     static ObjectExtras& of(NSObject& object);
     /// Null where the object has none yet.
     static ObjectExtras* ifAny(const NSObject& object);
-    /// Lets the weak references go.
-    static void forget(NSObject& object);
+    /// Empties the weak references, and calls `also` before any of them is seen to be empty.
+    static void forget(NSObject& object, const std::function<void()>& also);
     static void destroy(NSObject& object);
 };
 

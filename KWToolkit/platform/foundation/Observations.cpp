@@ -5,7 +5,7 @@
 #include <KWToolkit/platform/foundation/Hazards.h>
 #include <KWToolkit/platform/foundation/NSException.h>
 #include <KWToolkit/platform/foundation/NSKeyValueCoding.h>
-#include <KWToolkit/platform/foundation/WeakReference.h>
+#include <KWToolkit/platform/foundation/ObjectExtras.h>
 
 #include <algorithm>
 #include <functional>
@@ -140,10 +140,9 @@ private:
         WeakReference related;
         NSKeyValueObservation observation = nullptr;
 
-        /// That of a dead object has ended by itself.
         void end() const {
-            if (const auto object = related.lock())
-                removeObserver(*object, observation);
+            if (observation)
+                ObservationInfo::remove(related, *observation);
         }
     };
 
@@ -182,12 +181,15 @@ std::any newValueFor(const Observation& observation, const NSObject& object) {
 void tellSpecially(Observation& observation, NSObject& object, const OldValues& oldValues) {
     if (observation.link)
         observation.link->follow(object);
+    if (!observation.tell.load()) // a getter on the path has removed it
+        return;
     NSKeyValueChange change {.newValue = newValueFor(observation, object)};
     const auto old =
         std::ranges::find(oldValues, observation.serial, &OldValues::value_type::first);
     if (old != oldValues.end())
         change.oldValue = old->second;
-    tell(observation, object, change);
+    if (observation.tell.load())
+        tell(observation, object, change);
 }
 
 /// What was taken out of lists that are being walked through.
@@ -196,8 +198,9 @@ struct Retired {
     std::vector<std::shared_ptr<NSObject>> observers; // which may be about to be called
     std::unique_ptr<ObservationInfo> info;
 
-    void add(Observation& observation) {
-        observers.push_back(observation.observer->weak_from_this().lock());
+    void add(Observation& observation, bool isWalkedThrough) {
+        if (isWalkedThrough)
+            observers.push_back(observation.observer->weak_from_this().lock());
         if (!observation.isPartOfObserver)
             observations.emplace_back(&observation);
     }
@@ -219,12 +222,6 @@ ObservationInfo::ObservationInfo()
 ObservationInfo::~ObservationInfo() {
     std::unique_ptr<KeyObservers> list(m_lists.load());
     while (list) {
-        list->each([](Observation& observation) {
-            if (observation.link)
-                observation.link->close();
-            if (!observation.isPartOfObserver)
-                delete &observation;
-        });
         delete list->array.load();
         list.reset(list->next);
     }
@@ -269,10 +266,9 @@ ObservationInfo::FormerArray ObservationInfo::rebuild(KeyObservers& list) {
     return FormerArray(list.array.exchange(array.release()));
 }
 
-/// After the mutex was unlocked.
-void ObservationInfo::free(FormerArray array) const {
-    if (array && isPinned(this))
-        retire(this, std::shared_ptr<ObservationArray>(std::move(array)));
+void ObservationInfo::free(const void* lists, FormerArray array) {
+    if (array && isPinned(lists))
+        retire(lists, std::shared_ptr<ObservationArray>(std::move(array)));
 }
 
 void ObservationInfo::add(NSObject& object, std::string_view keyPath, Observation& observation,
@@ -304,7 +300,7 @@ void ObservationInfo::add(NSObject& object, std::string_view keyPath, Observatio
         ++list.living;
         mask.fetch_or(bit(key), std::memory_order_relaxed);
     }
-    free(std::move(former));
+    free(this, std::move(former));
     if (!link)
         return;
     try {
@@ -316,7 +312,7 @@ void ObservationInfo::add(NSObject& object, std::string_view keyPath, Observatio
 }
 
 /// No walk that begins later meets it; the mutex must be locked.
-void ObservationInfo::takeOut(Observation& observation) {
+void ObservationInfo::unlist(Observation& observation) {
     KeyObservers& list = *observation.list;
     observation.tell.store(nullptr);
     list.array.load()->entries[observation.index].store(nullptr);
@@ -330,34 +326,53 @@ void ObservationInfo::takeOut(Observation& observation) {
     mask.store(observed, std::memory_order_relaxed);
 }
 
-void ObservationInfo::remove(Observation& observation) {
-    FormerArray former;
-    {
-        const std::lock_guard lock(m_mutex);
-        takeOut(observation);
-        KeyObservers& list = *observation.list;
-        // What is left is walked through in no more than its own time.
-        constexpr std::uint32_t sparse = 4;
-        constexpr std::uint32_t few = 16;
-        if (const std::uint32_t count = list.array.load()->count.load();
-            count > few && count / sparse > list.living)
-            former = rebuild(list);
-    }
-    free(std::move(former));
+/// The same, and has what is left walked through in no more than its own time.
+ObservationInfo::FormerArray ObservationInfo::takeOut(Observation& observation) {
+    unlist(observation);
+    constexpr std::uint32_t sparse = 4;
+    constexpr std::uint32_t few = 16;
+    KeyObservers& list = *observation.list;
+    const std::uint32_t count = list.array.load()->count.load();
+    return count > few && count / sparse > list.living ? rebuild(list) : nullptr;
+}
+
+void ObservationInfo::finish(const void* lists, Observation& observation, FormerArray array) {
+    free(lists, std::move(array));
     if (observation.link)
         observation.link->close();
-    if (isPinned(this)) {
+    if (isPinned(lists)) {
         auto retired = std::make_shared<Retired>();
-        retired->add(observation);
-        retire(this, std::move(retired));
+        retired->add(observation, true);
+        retire(lists, std::move(retired));
     } else if (!observation.isPartOfObserver) {
         delete &observation;
     }
 }
 
-Observation* ObservationInfo::find(
+void ObservationInfo::remove(Observation& observation) {
+    std::unique_lock lock(m_mutex);
+    FormerArray former = takeOut(observation);
+    lock.unlock();
+    finish(this, observation, std::move(former));
+}
+
+void ObservationInfo::remove(const WeakReference& object, Observation& observation) {
+    const void* lists = nullptr;
+    FormerArray former;
+    // The lists live as long as the object's place in its weak references is taken.
+    object.whileItLives([&](const NSObject& living) {
+        ObservationInfo& info = *ifAny(living);
+        const std::lock_guard lock(info.m_mutex);
+        former = info.takeOut(observation);
+        lists = &info;
+    });
+    if (lists)
+        finish(lists, observation, std::move(former));
+}
+
+bool ObservationInfo::removeNewest(
     const NSObject& observer, std::string_view keyPath, const void* context) {
-    const std::lock_guard lock(m_mutex);
+    std::unique_lock lock(m_mutex);
     const KeyObservers* const list = listOf(firstKey(keyPath));
     Observation* found = nullptr;
     if (list) {
@@ -367,7 +382,12 @@ Observation* ObservationInfo::find(
                 found = &observation;
         });
     }
-    return found;
+    if (!found)
+        return false;
+    FormerArray former = takeOut(*found);
+    lock.unlock();
+    finish(this, *found, std::move(former));
+    return true;
 }
 
 OldValues ObservationInfo::willChange(NSObject& object, SEL key) {
@@ -384,7 +404,7 @@ OldValues ObservationInfo::willChange(NSObject& object, SEL key) {
             change.oldValue = valueIfAny(object, keyPathOf(observation));
             oldValues.emplace_back(observation.serial, change.oldValue);
         }
-        if (observation.options.prior)
+        if (observation.options.prior && observation.tell.load())
             tell(observation, object, change);
     });
     return oldValues;
@@ -400,30 +420,30 @@ void ObservationInfo::didChange(NSObject& object, SEL key, const OldValues& oldV
 }
 
 void ObservationInfo::objectDies(NSObject& object) {
-    std::unique_ptr<ObservationInfo> info(
-        static_cast<ObservationInfo*>(object.m_observations.exchange(nullptr)));
-    if (!info || !isPinned(info.get()))
-        return;
-
-    // A walk is under way: it calls no more observers, but may be within one.
-    auto retired = std::make_shared<Retired>();
+    auto retired = std::make_unique<Retired>();
     std::vector<std::shared_ptr<PathLink>> links;
-    {
+    ObjectExtras::forget(object, [&] {
+        std::unique_ptr<ObservationInfo> info(
+            static_cast<ObservationInfo*>(object.m_observations.exchange(nullptr)));
+        if (!info)
+            return;
         const std::lock_guard lock(info->m_mutex);
+        const bool isWalkedThrough = isPinned(info.get());
         for (const auto* list = info->m_lists.load(); list; list = list->next) {
             list->each([&](Observation& observation) {
-                info->takeOut(observation);
-                retired->add(observation);
+                info->unlist(observation);
+                retired->add(observation, isWalkedThrough);
                 if (observation.link)
                     links.push_back(observation.link);
             });
         }
-    }
+        retired->info = std::move(info);
+    });
     for (const auto& link : links)
         link->close();
-    const void* const what = info.get();
-    retired->info = std::move(info);
-    retire(what, std::move(retired));
+    // A walk that is under way calls no more observers, but may be within one.
+    if (const void* const lists = retired->info.get(); lists && isPinned(lists))
+        retire(lists, std::move(retired));
 }
 
 } // namespace kw::detail

@@ -5,6 +5,7 @@
 
 #include <KWToolkit/platform/foundation/NSKeyValueObserving.h>
 #include <KWToolkit/platform/foundation/NSObject.h>
+#include <KWToolkit/platform/foundation/WeakReference.h>
 
 #include <any>
 #include <atomic>
@@ -57,6 +58,7 @@ public:
     static ObservationInfo* ifAny(const NSObject& object) {
         return static_cast<ObservationInfo*>(object.m_observations.load(std::memory_order_acquire));
     }
+    /// Empties the object's weak references, too.
     static void objectDies(NSObject& object);
 
     /// Adds what has an observer, a context and options. Without a path or options the observer is
@@ -64,8 +66,10 @@ public:
     void add(NSObject& object, std::string_view keyPath, Observation& observation,
         Observation::Tell simply = &tellSimply);
     void remove(Observation& observation);
-    /// The newest such observation, or null.
-    Observation* find(const NSObject& observer, std::string_view keyPath, const void* context);
+    /// The same of an object that may be dying, or dead: then there is nothing to do.
+    static void remove(const WeakReference& object, Observation& observation);
+    /// Removes the newest such observation. False where there is none.
+    bool removeNewest(const NSObject& observer, std::string_view keyPath, const void* context);
 
     /// Tells those that want to be told before the change.
     OldValues willChange(NSObject& object, SEL key);
@@ -86,8 +90,11 @@ private:
     KeyObservers* listOf(SEL key) const;
     KeyObservers& listFor(SEL key);
     FormerArray rebuild(KeyObservers& list);
-    void takeOut(Observation& observation);
-    void free(FormerArray array) const;
+    void unlist(Observation& observation);
+    FormerArray takeOut(Observation& observation);
+    // What was taken out, after all locks are released; the lists may be gone by then.
+    static void free(const void* lists, FormerArray array);
+    static void finish(const void* lists, Observation& observation, FormerArray array);
 
     std::atomic<KeyObservers*> m_lists = nullptr;
     std::mutex m_mutex; // of changes of the lists

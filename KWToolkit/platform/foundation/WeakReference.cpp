@@ -30,4 +30,12 @@ std::shared_ptr<NSObject> WeakReference::lock() const {
     return {std::shared_ptr<void>(), object};
 }
 
+void WeakReference::whileItLives(const std::function<void(const NSObject&)>& call) const {
+    if (!m_anchor)
+        return;
+    const std::lock_guard guard(m_anchor->mutex);
+    if (m_anchor->object)
+        call(*m_anchor->object);
+}
+
 } // namespace kw

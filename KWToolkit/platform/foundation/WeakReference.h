@@ -6,6 +6,7 @@
 #include <KWToolkit/platform/foundation/NSObject.h>
 
 #include <concepts>
+#include <functional>
 #include <memory>
 
 namespace kw {
@@ -30,6 +31,11 @@ public:
     /// pointers stays alive as long as the result; any other is merely pointed to, and its owner
     /// must not destroy it on another thread meanwhile.
     std::shared_ptr<NSObject> lock() const;
+
+    /// Calls with the object, also where it is shared and its last owner has let go, as long as it
+    /// is an `NSObject`; its destructor waits for the call. That must be brief, and must neither
+    /// lock nor make references to the object.
+    void whileItLives(const std::function<void(const NSObject&)>& call) const;
 
 private:
     std::shared_ptr<detail::WeakAnchor> m_anchor;
