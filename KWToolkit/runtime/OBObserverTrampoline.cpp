@@ -51,11 +51,10 @@ public:
     }
 
     void cancelObservation() override {
-        if (m_cancellationPredicate.exchange(true))
-            return;
+        m_cancellationPredicate = true;
+        // Once, also where several threads come here; the others wait until it is out of the lists.
         if (m_observation)
             detail::ObservationInfo::remove(m_observee, *m_observation);
-        m_observee = {};
     }
 
 private:
@@ -81,7 +80,7 @@ private:
             });
     }
 
-    WeakReference m_observee; // empty once cancelled
+    const WeakReference m_observee;
     std::atomic<bool> m_cancellationPredicate = false; // whether it was cancelled
     NSKeyValueObservation m_observation = nullptr;
     const std::string m_keyPath;

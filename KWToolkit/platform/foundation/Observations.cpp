@@ -363,6 +363,8 @@ void ObservationInfo::remove(const WeakReference& object, Observation& observati
     object.whileItLives([&](const NSObject& living) {
         ObservationInfo& info = *ifAny(living);
         const std::lock_guard lock(info.m_mutex);
+        if (!observation.tell.load())
+            return;
         former = info.takeOut(observation);
         lists = &info;
     });

@@ -66,7 +66,8 @@ public:
     void add(NSObject& object, std::string_view keyPath, Observation& observation,
         Observation::Tell simply = &tellSimply);
     void remove(Observation& observation);
-    /// The same of an object that may be dying, or dead: then there is nothing to do.
+    /// The same of an object that may be dying, or dead, and of what may have been removed: then
+    /// there is nothing to do.
     static void remove(const WeakReference& object, Observation& observation);
     /// Removes the newest such observation. False where there is none.
     bool removeNewest(const NSObject& observer, std::string_view keyPath, const void* context);

@@ -320,8 +320,48 @@ TEST(KeyValueObserving, AsksNothingOfPropertiesThatNobodyObserves) {
     const auto first = diary.observe(person, "name"), second = diary.observe(person, "name");
     removeObserver(person, first);
     EXPECT_TRUE(person.isObserved(Person::nameKey));
+    diary.observe(person, "age");
     removeObserver(person, second);
     EXPECT_FALSE(person.isObserved(Person::nameKey));
+    setValueForKey(person, 1, "age");
+    EXPECT_EQ(diary.take(), Entries {"age ->-"});
+}
+
+/// Its getter takes away what is told through it.
+struct Fickle : Person {
+    static Class& classObject() {
+        static auto& object = *new Class(
+            "Fickle", Person::classObject(), {}, {property("friend", [](const Fickle& fickle) {
+                if (fickle.onRead)
+                    fickle.onRead();
+                return std::shared_ptr<Person>();
+            })});
+        return object;
+    }
+    Class& isa() const override { return classObject(); }
+    std::function<void()> onRead;
+};
+
+TEST(KeyValueObserving, StandsWhatGettersAndFirstCallsDo) {
+    Fickle fickle;
+    Diary diary;
+    diary.observe(fickle, "friend.name");
+    fickle.onRead = [&] { removeObserver(fickle, diary, "friend.name", &diary); };
+    fickle.setFriend(nullptr);
+    EXPECT_EQ(diary.take(), Entries {});
+
+    fickle.onRead = [] { throw std::runtime_error("no"); };
+    EXPECT_THROW(diary.observe(fickle, "friend.name"), std::runtime_error);
+    EXPECT_FALSE(fickle.isObserved(SEL("friend")));
+
+    fickle.onRead = nullptr;
+    struct Brief : NSObject {
+        void observeValueForKeyPath(const std::string& keyPath, NSObject& object,
+            const NSKeyValueChange&, const void*) override {
+            EXPECT_TRUE(removeObserver(object, *this, keyPath));
+        }
+    } brief;
+    EXPECT_EQ(addObserver(fickle, brief, "friend.name", {.initial = true}), nullptr);
 }
 
 TEST(KeyValueObserving, AddsNobodyWhereAddingThrows) {

@@ -211,6 +211,34 @@ TEST(BlockObservation, ChangesNestToAnyDepth) {
     EXPECT_EQ(held.use_count(), 1);
 }
 
+TEST(BlockObservation, EndsWhileTheObjectOrTheTrampolineDies) {
+    struct Leaver : Counter {
+        ~Leaver() override {
+            removeObserverWithBlockToken(*this, token);
+            setValue(2);
+        }
+        std::string token;
+    };
+    std::string told;
+    auto leaver = std::make_shared<Leaver>();
+    leaver->token = addObserverForKeyPath(*leaver, "value", writing(told, 'a'));
+    leaver->setValue(1);
+    leaver.reset();
+    EXPECT_EQ(told, "a");
+
+    Counter counter;
+    std::shared_ptr<OBObserverTrampoline> trampoline;
+    const auto held = std::make_shared<int>();
+    trampoline = OBObserverTrampoline::initObservingObject(
+        counter, "value", nullptr, [&, held](NSObject&, const NSKeyValueChange&) {
+            trampoline.reset();
+            EXPECT_EQ(held.use_count(), 2);
+        });
+    counter.setValue(1);
+    counter.setValue(2);
+    EXPECT_EQ(held.use_count(), 1);
+}
+
 TEST(BlockObservation, AnotherThreadMayRemoveWhatIsBeingCalled) {
     Counter counter;
     std::string token;
