@@ -90,7 +90,7 @@ QWidget* LayersPage::make() { return new LayersPage; }
 LayersPage::LayersPage()
     : m_isAnimated(new QCheckBox("Animations"))
     , m_reducesMotion(new QCheckBox("Reduced motion"))
-    , m_status(label("at rest"))
+    , m_status(label())
     , m_root(std::make_shared<kw::CALayer>())
     , m_badge(std::make_shared<kw::CALayer>())
     , m_bar(std::make_shared<kw::CALayer>()) {
@@ -120,7 +120,10 @@ LayersPage::LayersPage()
     m_badge->setBorderColor(color(1, 1, 1));
     m_badge->setBorderWidth(3);
     m_root->addSublayer(m_badge);
+    setAnimated(false);
     place();
+    setAnimated(true);
+    m_status->setText("at rest");
 
     auto view = std::make_shared<kw::NSView>(kw::NSMakeRect(0, 0, 216, 300));
     view->setLayer(m_root);
@@ -212,9 +215,9 @@ void LayersPage::steps(Tour& tour) {
     };
     const auto badgeX = [this] { return m_badge->presentationLayer()->position().x; };
 
-    tour.takePicture("layers-1-before");
     tour.expect("the layers", "in their places",
         [this] { return isMoving() ? "not yet" : "in their places"; });
+    tour.takePicture("layers-1-before");
     const double before = badgeX();
     choose(*m_corner, 3, onTheirWay);
     choose(*m_side, 1, onTheirWay);
