@@ -120,9 +120,8 @@ LayersPage::LayersPage()
     m_badge->setBorderColor(color(1, 1, 1));
     m_badge->setBorderWidth(3);
     m_root->addSublayer(m_badge);
-    setAnimated(false);
+    setAnimated(false); // until something is chosen: at first they go with the window
     place();
-    setAnimated(true);
     m_status->setText("at rest");
 
     auto view = std::make_shared<kw::NSView>(kw::NSMakeRect(0, 0, 216, 300));
@@ -146,8 +145,11 @@ LayersPage::LayersPage()
     content->layout()->setContentsMargins(0, 0, 0, 0);
     pageLayout(*this, "Layers")->addWidget(content, 1);
 
-    connect(m_corner, &QButtonGroup::idClicked, this, [this] { place(); });
-    connect(m_side, &QButtonGroup::idClicked, this, [this] { place(); });
+    for (const QButtonGroup* const group : {m_corner, m_side})
+        connect(group, &QButtonGroup::idClicked, this, [this] {
+            setAnimated(m_isAnimated->isChecked());
+            place();
+        });
     connect(m_isAnimated, &QCheckBox::toggled, this, [this](bool is) { setAnimated(is); });
 }
 
