@@ -90,7 +90,7 @@ QWidget* LayersPage::make() { return new LayersPage; }
 LayersPage::LayersPage()
     : m_isAnimated(new QCheckBox("Animations"))
     , m_reducesMotion(new QCheckBox("Reduced motion"))
-    , m_status(label("at rest"))
+    , m_status(label())
     , m_root(std::make_shared<kw::CALayer>())
     , m_badge(std::make_shared<kw::CALayer>())
     , m_bar(std::make_shared<kw::CALayer>()) {
@@ -120,7 +120,9 @@ LayersPage::LayersPage()
     m_badge->setBorderColor(color(1, 1, 1));
     m_badge->setBorderWidth(3);
     m_root->addSublayer(m_badge);
+    setAnimated(false); // until something is chosen: at first they go with the window
     place();
+    m_status->setText("at rest");
 
     auto view = std::make_shared<kw::NSView>(kw::NSMakeRect(0, 0, 216, 300));
     view->setLayer(m_root);
@@ -143,8 +145,11 @@ LayersPage::LayersPage()
     content->layout()->setContentsMargins(0, 0, 0, 0);
     pageLayout(*this, "Layers")->addWidget(content, 1);
 
-    connect(m_corner, &QButtonGroup::idClicked, this, [this] { place(); });
-    connect(m_side, &QButtonGroup::idClicked, this, [this] { place(); });
+    for (const QButtonGroup* const group : {m_corner, m_side})
+        connect(group, &QButtonGroup::idClicked, this, [this] {
+            setAnimated(m_isAnimated->isChecked());
+            place();
+        });
     connect(m_isAnimated, &QCheckBox::toggled, this, [this](bool is) { setAnimated(is); });
 }
 
@@ -212,9 +217,9 @@ void LayersPage::steps(Tour& tour) {
     };
     const auto badgeX = [this] { return m_badge->presentationLayer()->position().x; };
 
-    tour.takePicture("layers-1-before");
     tour.expect("the layers", "in their places",
         [this] { return isMoving() ? "not yet" : "in their places"; });
+    tour.takePicture("layers-1-before");
     const double before = badgeX();
     choose(*m_corner, 3, onTheirWay);
     choose(*m_side, 1, onTheirWay);

@@ -173,11 +173,12 @@ void ObservationPage::stopObserving() {
 void ObservationPage::told(const std::string& keyPath, bool isOnMainThread) {
     const std::any value = kw::valueForKeyPath(*m_album, keyPath);
     const auto* const text = std::any_cast<std::string>(&value);
-    m_log->addItem(QString("%1 is now %2 (%3)")
+    // From the queue it comes later, when there may have been another change.
+    m_log->addItem(QString(
+        isOnMainThread ? "%1 is now %2 (at once)" : "%1 changed, and is %2 by now (on the queue)")
             .arg(QString::fromStdString(keyPath),
                 text ? QString::fromStdString(*text)
-                     : QString::number(kw::unboxed<std::int64_t>(value)),
-                isOnMainThread ? "at once" : "on the queue"));
+                     : QString::number(kw::unboxed<std::int64_t>(value))));
     m_log->scrollToBottom();
     ++m_notifications;
     showState();
@@ -239,7 +240,8 @@ void ObservationPage::steps(Tour& tour) {
     tour.click(*m_onQueue);
     tour.click(*m_observe);
     clickAt(*m_volume, {m_volume->width() - 4, m_volume->height() / 2});
-    tour.expect("a widget, on a queue", "volume.value is now 10 (on the queue)", lastLine);
+    tour.expect(
+        "a widget, on a queue", "volume.value changed, and is 10 by now (on the queue)", lastLine);
     tour.takePicture("observation-1-told");
 
     choose(*m_path, 0);

@@ -2,6 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "Widgets.h"
 
+#include <QLineEdit>
+
+#include <algorithm>
+
 namespace gallery {
 
 QLabel* label(const QString& text, double scale, bool isBold) {
@@ -35,6 +39,10 @@ QGridLayout* factsLayout(const std::vector<std::pair<const char*, QWidget*>>& fa
         auto* const name = label(caption);
         name->setWordWrap(false);
         name->setForegroundRole(QPalette::PlaceholderText);
+        // The text of a field begins below its frame.
+        if (!qobject_cast<QLabel*>(value))
+            name->setMinimumHeight(
+                std::min(value->sizeHint().height(), QLineEdit().sizeHint().height()));
         layout->addWidget(name, row, 0, Qt::AlignRight | Qt::AlignTop);
         layout->addWidget(value, row++, 1, Qt::AlignTop);
     }

@@ -101,8 +101,9 @@ TEST_F(ReducedMotionTest, ThePortalDecidesThenTheFiles) {
         bool withoutFiles, withFiles;
     } rows[] {
         {{{appearance, "reduced-motion", "u", 1}}, true, true},
-        {{{gnome, "enable-animations", "b", 0}, {appearance, "reduced-motion", "u", 0}}, false,
-            false},
+        {{{gnome, "enable-animations", "b", 0}, {appearance, "reduced-motion", "u", 0}}, true,
+            true},
+        {{{appearance, "reduced-motion", "u", 0}}, false, true},
         {{{gnome, "enable-animations", "b", 0}}, true, true},
         {{{gnome, "enable-animations", "b", 1}}, false, false},
         {{{gnome, "reduced-motion", "u", 1}}, false, true},

@@ -76,6 +76,28 @@ TEST(Layer, IsDrawnWithYUpAlsoWhereTheViewIsFlipped) {
     }
 }
 
+TEST(Layer, LiesBelowWhatSubviewsDraw) {
+    const auto view = std::make_shared<Probe>(NSMakeRect(0, 0, 40, 20));
+    view->setLayer(std::make_shared<CALayer>());
+    layerAt(NSMakeRect(0, 0, 40, 20), rgb(1, 0, 0), view->layer());
+    struct Green : NSView {
+        using NSView::NSView;
+        void drawRect(NSGraphicsContext& context, NSRect rect) override {
+            NSBezierPath path;
+            path.moveToPoint(rect.origin);
+            path.lineToPoint({rect.size.width, 0});
+            path.lineToPoint({rect.size.width, rect.size.height});
+            path.lineToPoint({0, rect.size.height});
+            context.setFillColor(NSColor::colorWithDeviceRed(0, 1, 0, 1));
+            context.fill(path);
+        }
+    };
+    view->addSubview(std::make_shared<Green>(NSMakeRect(10, 0, 10, 20)));
+    const QImage image = render(view);
+    EXPECT_EQ(image.pixelColor(5, 10), QColor(Qt::red));
+    EXPECT_EQ(image.pixelColor(15, 10), QColor(0, 255, 0));
+}
+
 TEST(Layer, MovesOnTheScreenUntilItIsThere) {
     const auto view = std::make_shared<Probe>(NSMakeRect(0, 0, 100, 20));
     const auto root = std::make_shared<CALayer>();

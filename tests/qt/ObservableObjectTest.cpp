@@ -10,6 +10,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QChildEvent>
 #include <QEventLoop>
 #include <QLabel>
 #include <QSlider>
@@ -77,8 +78,9 @@ TEST(Observable, TravelsAsTheTypesOfAnyProperty) {
 
     const std::pair<const char*, std::any> refused[] {
         {"margin", boxed(1e10)}, {"margin", boxed(std::numeric_limits<std::int64_t>::max())},
-        {"margin", boxed("7")}, {"margin", {}}, {"text", boxed(1)}, {"minimumSize", boxed(1)},
-        {"noSuch", boxed(1)}, {"sizeHint", boxed(1)}, // read only
+        {"margin", boxed("7")}, {"margin", {}}, {"textFormat", boxed(std::int64_t(1) << 40)},
+        {"text", boxed(1)}, {"minimumSize", boxed(1)}, {"noSuch", boxed(1)},
+        {"sizeHint", boxed(1)}, // read only
     };
     for (const auto& [key, value] : refused)
         EXPECT_THROW(setValueForKey(object, value, key), NSException) << key;
@@ -148,6 +150,44 @@ TEST(Observable, LivesAsLongAsTheObjectAndReadsAsNothingAfterIt) {
     addObserverForKeyPath(*qt::observable(*doomed), "value",
         [life, doomed](NSObject&, const NSKeyValueChange&) { delete doomed; });
     setValueForKey(*qt::observable(*doomed), 3, "value");
+}
+
+struct DescribedAtRunTime : QSlider {
+    DescribedAtRunTime() {
+        meta.d.superdata = &QSlider::staticMetaObject;
+        meta.d.static_metacall = nullptr;
+    }
+    const QMetaObject* metaObject() const override { return &meta; }
+    QMetaObject meta = QSlider::staticMetaObject;
+};
+
+/// Asks for its children while they are made.
+struct Parent : QWidget {
+    void childEvent(QChildEvent* event) override {
+        if (event->added())
+            addObserverForKeyPath(*qt::observable(*event->child()), "objectName",
+                [this](NSObject& object, const NSKeyValueChange&) { told = object.isa().name(); });
+    }
+    std::string told;
+};
+
+TEST(Observable, HasWhatTheWholeObjectHasWhoeverAskedEarlier) {
+    Parent parent;
+    auto* const slider = new QSlider(&parent);
+    EXPECT_EQ(qt::observable(*slider)->isa().name(), "QSlider");
+    setValueForKey(*qt::observable(*slider), 5, "value");
+    slider->setObjectName("named");
+    EXPECT_EQ(parent.told, "QWidget"); // still, though it is no more than that
+
+    DescribedAtRunTime described;
+    EXPECT_EQ(&qt::observable(described)->isa(), &qt::observable(*slider)->isa());
+
+    // Asked for when it is all but gone.
+    std::shared_ptr<NSObject> late;
+    QObject::connect(
+        slider, &QObject::destroyed, [&](QObject* object) { late = qt::observable(*object); });
+    delete slider;
+    EXPECT_FALSE(valueForKey(*late, "objectName").has_value());
 }
 
 TEST(Observable, TheMainQueueRunsInTheHostsLoopWhoeverAsksFirst) {

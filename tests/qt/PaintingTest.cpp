@@ -393,6 +393,35 @@ TEST(Painting, KeepsShadowsAndPatternsWhereTheyAreUnderATransform) {
     }
 }
 
+TEST(Painting, KeepsThemInALayerUnderAClipAndAfterIt) {
+    const auto image = std::make_shared<NSImage>(NSSize {16, 16});
+    image->addRepresentation(squareBitmap(16));
+    const Draw square = [&](NSGraphicsContext& context) {
+        context.setFillColor(NSColor::colorWithPatternImage(image));
+        context.setShadow({NSColor::blackColor(), {6, 0}, 0});
+        context.fill(rectangle(14, 6, 8, 8));
+    };
+    const double none = std::numeric_limits<double>::quiet_NaN();
+    const NSShadow layerShadows[] {
+        {NSColor::blackColor(), {1e6, 0}, 0}, {NSColor::blackColor(), {none, 0}, 0}};
+    for (const NSShadow& shadow : layerShadows) {
+        for (const bool isAfter : {false, true}) {
+            const QImage picture = render(true, [&](NSGraphicsContext& context) {
+                context.clip(rectangle(11, 5, 29, 15));
+                context.setShadow(shadow);
+                context.beginTransparencyLayer(0.5);
+                if (isAfter)
+                    context.endTransparencyLayer();
+                square(context);
+            });
+            EXPECT_EQ(inked(picture, 127), QRect(14, 6, 14, 8));
+            EXPECT_NEAR(picture.pixelColor(18, 9).red(), 2 * 8, 2);
+            EXPECT_NEAR(picture.pixelColor(18, 9).green(), (9 - 20 + 16) * 8, 2);
+            EXPECT_EQ(picture.pixelColor(26, 10).lightness(), 0);
+        }
+    }
+}
+
 TEST(Painting, LeavesAPainterAsItWasAlsoWithoutPixels) {
     const auto root =
         std::make_shared<Canvas>(NSMakeRect(0, 0, 40, 20), true, [](NSGraphicsContext& context) {

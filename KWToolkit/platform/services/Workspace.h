@@ -26,7 +26,8 @@ public:
     /// not wait for it. False where that cannot be started.
     virtual bool launchApplication(const std::string& identifier) = 0;
     /// Whether the user asked for less movement on the screen. False where the desktop does not
-    /// say. Cheap enough to be asked before each animation, so a change may be noticed late.
+    /// say. Asked before each animation: what is dear to learn is kept for some seconds, so a
+    /// change may be noticed late.
     virtual bool accessibilityDisplayShouldReduceMotion() = 0;
 };
 

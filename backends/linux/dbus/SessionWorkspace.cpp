@@ -28,11 +28,12 @@ struct Setting {
     const char* key;
     const char* type;
     std::uint32_t reduced; // the value that asks for less movement
+    bool isDecidedByOthers; // whether another value means that there is no preference
 };
-/// The first that the portal knows decides.
+/// The first that has a preference decides.
 constexpr Setting settings[] {
-    {"org.freedesktop.appearance", "reduced-motion", "u", 1},
-    {"org.gnome.desktop.interface", "enable-animations", "b", 0},
+    {"org.freedesktop.appearance", "reduced-motion", "u", 1, true},
+    {"org.gnome.desktop.interface", "enable-animations", "b", 0, false},
 };
 
 struct Answer {
@@ -50,7 +51,8 @@ void readValues(sd_bus_message* reply, std::string_view group, Answer& answer) {
             std::uint32_t value = 0;
             if (group == settings[i].group && std::string_view(key) == settings[i].key
                 && sd_bus_message_read(reply, "v", settings[i].type, &value) > 0) {
-                answer.values[i] = value == settings[i].reduced;
+                if (value == settings[i].reduced || !settings[i].isDecidedByOthers)
+                    answer.values[i] = value == settings[i].reduced;
                 isRead = true;
             }
         }

@@ -15,7 +15,7 @@ public:
     using XdgWorkspace::XdgWorkspace;
 
     /// Asks every three seconds at most, and half a minute after a portal that did not answer
-    /// within a tenth of a second. Where the portal does not know, as XdgWorkspace.
+    /// within a tenth of a second. Where the portal knows no preference, as XdgWorkspace.
     bool accessibilityDisplayShouldReduceMotion() final;
 
 private:

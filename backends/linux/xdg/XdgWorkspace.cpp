@@ -14,7 +14,7 @@
 #include <backends/linux/xdg/Trash.h>
 
 #include <algorithm>
-#include <array>
+#include <charconv>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
@@ -33,13 +33,19 @@ struct AnimationSetting {
     const char* file; // in the config home
     const char* group;
     const char* key;
-    std::array<std::string_view, 3> offValues;
 };
 constexpr AnimationSetting animationSettings[] {
-    {"kdeglobals", "KDE", "AnimationDurationFactor", {"0", "0.0", "0.00"}},
-    {"gtk-4.0/settings.ini", "Settings", "gtk-enable-animations", {"0", "false", "FALSE"}},
-    {"gtk-3.0/settings.ini", "Settings", "gtk-enable-animations", {"0", "false", "FALSE"}},
+    {"kdeglobals", "KDE", "AnimationDurationFactor"},
+    {"gtk-4.0/settings.ini", "Settings", "gtk-enable-animations"},
+    {"gtk-3.0/settings.ini", "Settings", "gtk-enable-animations"},
 };
+
+bool isOff(std::string_view value) {
+    double number = 0;
+    const auto read = std::from_chars(value.data(), value.data() + value.size(), number);
+    const bool isNumber = read.ec == std::errc() && read.ptr == value.data() + value.size();
+    return isNumber ? number <= 0 : value == "false" || value == "FALSE";
+}
 
 bool isFile(const fs::path& path) {
     std::error_code error;
@@ -137,7 +143,7 @@ bool XdgWorkspace::accessibilityDisplayShouldReduceMotion() {
         if (readFile(stringByAppendingPathComponent(*folder, setting.file), text))
             return false;
         const auto value = DesktopEntry(text).string(setting.group, setting.key);
-        return value && std::ranges::find(setting.offValues, *value) != setting.offValues.end();
+        return value && isOff(*value);
     });
 }
 

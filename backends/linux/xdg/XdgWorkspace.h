@@ -28,7 +28,7 @@ public:
     /// The main bundle's identifier starts the main bundle. What is found is started as
     /// folderWithOpenProgram tells; that the program then ends at once is not noticed.
     bool launchApplication(const std::string& identifier) override;
-    /// Reads the settings of KDE's and of GTK's programs.
+    /// Reads the settings of KDE's and of GTK's programs, three small files, at each call.
     bool accessibilityDisplayShouldReduceMotion() override;
 
 private:

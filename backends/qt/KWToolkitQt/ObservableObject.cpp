@@ -108,7 +108,22 @@ struct Write {
 };
 thread_local const Write* innermostWrite = nullptr;
 
-Class& classOf(const QMetaObject& meta);
+/// The nearest meta-object that is never freed: only moc writes the function that is looked for.
+const QMetaObject& staticMetaObjectOf(const QObject& object) {
+    const QMetaObject* meta = object.metaObject();
+    while (!meta->d.static_metacall && meta->superClass())
+        meta = meta->superClass();
+    return *meta;
+}
+
+/// What the runtime knows of a class of Qt's.
+struct ObservableClass {
+    std::unique_ptr<Class> isa;
+    std::vector<SEL> keys; // of all properties, by their indices
+};
+const ObservableClass& classOf(const QMetaObject& meta);
+
+void forget(const QObject& object);
 
 /// Receives an object's notify signals, as many slots as it has properties.
 class Receiver final : public QObject {
@@ -125,7 +140,7 @@ class ObservableObject final : public NSObject {
 public:
     explicit ObservableObject(QObject& object)
         : m_object(&object)
-        , m_meta(*object.metaObject())
+        , m_meta(staticMetaObjectOf(object))
         , m_class(classOf(m_meta))
         , m_receiver(*this) {
         const int firstSlot = QObject::staticMetaObject.methodCount();
@@ -136,16 +151,31 @@ public:
                 QMetaObject::connect(&object, property.notifySignalIndex(), &m_receiver,
                     firstSlot + i, Qt::DirectConnection);
         }
+        m_untilDestroyed = QObject::connect(
+            &object, &QObject::destroyed, &m_receiver,
+            [this](const QObject* destroyed) {
+                m_object = nullptr;
+                forget(*destroyed); // which may be the end of this
+            },
+            Qt::DirectConnection);
     }
 
-    Class& isa() const override { return m_class; }
+    Class& isa() const override { return *m_class.isa; }
 
     /// Null where it is gone, or going and no longer what it was.
     QObject* object() const {
         QObject* const object = m_object;
-        return object && object->metaObject()->inherits(&m_meta) ? object : nullptr;
+        return object && m_untilDestroyed && object->metaObject()->inherits(&m_meta) ? object
+                                                                                     : nullptr;
     }
-    void objectGoes() { m_object = nullptr; }
+    /// Whether its object lives and is no other class than when this was made, which may have been
+    /// in a constructor or destructor.
+    bool isUpToDate(const QMetaObject& meta) const { return m_untilDestroyed && &m_meta == &meta; }
+    /// Keeps the one that it replaces, and with it what observes that.
+    void replace(std::shared_ptr<ObservableObject> former) {
+        if (former && former->m_untilDestroyed)
+            m_former = std::move(former);
+    }
 
     std::any read(const QMetaProperty& property) const {
         const QObject* const from = object();
@@ -165,7 +195,7 @@ public:
     }
 
     void propertyChanged(int property) {
-        const SEL key(m_meta.property(property).name());
+        const SEL key = m_class.keys[static_cast<std::size_t>(property)];
         if (!isObserved(key))
             return;
         for (const Write* write = innermostWrite; write; write = write->outer) {
@@ -177,12 +207,20 @@ public:
     }
 
 private:
+    static QVariant enumerator(QMetaType type, const std::any& value) {
+        const auto number = unboxed<qlonglong>(value);
+        QVariant result(number);
+        if (!result.convert(type) || result.toLongLong() != number)
+            detail::throwUnsuitableValue(value, type.name());
+        return result;
+    }
+
     static QVariant convertedFor(const QMetaProperty& property, const std::any& value) {
         const QMetaType type = property.metaType();
         if (const Conversion* const conversion = conversionFor(type))
             return conversion->write(value);
         if (property.isEnumType())
-            return unboxed<int>(value);
+            return enumerator(type, value);
         if (isObject(type)) {
             const auto given = unboxed<std::shared_ptr<NSObject>>(value);
             const auto* const adapter = dynamic_cast<const ObservableObject*>(given.get());
@@ -203,8 +241,10 @@ private:
 
     std::atomic<QObject*> m_object;
     const QMetaObject& m_meta;
-    Class& m_class;
+    const ObservableClass& m_class;
+    std::shared_ptr<ObservableObject> m_former;
     Receiver m_receiver;
+    QMetaObject::Connection m_untilDestroyed;
 };
 
 int Receiver::qt_metacall(QMetaObject::Call call, int method, void** arguments) {
@@ -215,8 +255,8 @@ int Receiver::qt_metacall(QMetaObject::Call call, int method, void** arguments) 
     return -1;
 }
 
-Property propertyOf(const QMetaProperty& meta) {
-    Property property {.name = SEL(meta.name()),
+Property propertyOf(const QMetaProperty& meta, SEL name) {
+    Property property {.name = name,
         .get = [meta](NSObject& object) -> std::any {
             return static_cast<ObservableObject&>(object).read(meta);
         },
@@ -230,20 +270,26 @@ Property propertyOf(const QMetaProperty& meta) {
 }
 
 /// Made once for each, and never freed.
-Class& classOf(const QMetaObject& meta) {
+const ObservableClass& classOf(const QMetaObject& meta) {
     static auto& mutex = *new std::recursive_mutex;
-    static auto& classes = *new std::unordered_map<const QMetaObject*, Class*>;
+    static auto& classes = *new std::unordered_map<const QMetaObject*, ObservableClass>;
     const std::scoped_lock lock(mutex);
-    Class*& made = classes[&meta];
-    if (!made) {
+    ObservableClass& made = classes[&meta]; // stays where it is
+    if (!made.isa) {
+        const ObservableClass* const superclass =
+            meta.superClass() ? &classOf(*meta.superClass()) : nullptr;
+        if (superclass)
+            made.keys = superclass->keys;
         std::vector<Property> properties;
-        for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i)
-            properties.push_back(propertyOf(meta.property(i)));
-        Class& superclass =
-            meta.superClass() ? classOf(*meta.superClass()) : NSObject::classObject();
-        made = new Class(meta.className(), superclass, {}, std::move(properties));
+        for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i) {
+            made.keys.emplace_back(meta.property(i).name());
+            properties.push_back(propertyOf(meta.property(i), made.keys.back()));
+        }
+        made.isa = std::make_unique<Class>(meta.className(),
+            superclass ? *superclass->isa : NSObject::classObject(),
+            std::initializer_list<Method> {}, std::move(properties));
     }
-    return *made;
+    return made;
 }
 
 struct Adapters {
@@ -255,33 +301,34 @@ Adapters& adapters() {
     return all;
 }
 
-void forget(QObject* object) {
+void forget(const QObject& object) {
     std::unique_lock lock(adapters().mutex);
-    const auto node = adapters().ofObjects.extract(object); // ends outside the lock
+    const auto node = adapters().ofObjects.extract(&object); // ends outside the lock
     lock.unlock();
-    if (node)
-        node.mapped()->objectGoes();
 }
 
-std::shared_ptr<ObservableObject> knownAdapter(const QObject& object) {
+std::shared_ptr<ObservableObject> knownAdapter(const QObject& object, const QMetaObject& meta) {
     const std::scoped_lock lock(adapters().mutex);
     const auto found = adapters().ofObjects.find(&object);
-    return found == adapters().ofObjects.end() ? nullptr : found->second;
+    return found != adapters().ofObjects.end() && found->second->isUpToDate(meta) ? found->second
+                                                                                  : nullptr;
 }
 
 } // namespace
 
 std::shared_ptr<NSObject> observable(QObject& object) {
-    if (auto known = knownAdapter(object))
+    const QMetaObject& meta = staticMetaObjectOf(object);
+    if (auto known = knownAdapter(object, meta))
         return known;
     auto made = std::make_shared<ObservableObject>(object); // calls the object: outside the lock
-    std::unique_lock lock(adapters().mutex);
-    const auto [place, isNew] = adapters().ofObjects.try_emplace(&object, made);
-    auto result = place->second;
-    lock.unlock();
-    if (isNew)
-        QObject::connect(&object, &QObject::destroyed, forget);
-    return result;
+    std::shared_ptr<ObservableObject> former;
+    const std::scoped_lock lock(adapters().mutex);
+    auto& known = adapters().ofObjects[&object];
+    if (known && known->isUpToDate(meta))
+        return known;
+    former = std::exchange(known, made);
+    made->replace(former);
+    return made;
 }
 
 } // namespace kw::qt

@@ -116,6 +116,11 @@ std::optional<QRect> visiblePixels(const QPainter& painter) {
     return area;
 }
 
+bool isFinite(const NSShadow& shadow) {
+    return std::isfinite(shadow.offset.width) && std::isfinite(shadow.offset.height)
+        && std::isfinite(shadow.blurRadius);
+}
+
 /// A shadow in pixels.
 struct ShadowReach {
     ShadowReach(const NSShadow& shadow, const QTransform& viewToDevice) {
@@ -209,7 +214,7 @@ void QtGraphicsContext::beginTransparencyLayer(double alpha) {
     QRect area = visible.value_or(QRect());
     if (shadow && !area.isEmpty()) {
         const QRectF source = ShadowReach(*shadow, m_viewToDevice).sourceOf(area);
-        area = (source | area).intersected(area.marginsAdded(farthestShadow)).toAlignedRect();
+        area |= source.intersected(area.marginsAdded(farthestShadow)).toAlignedRect();
     }
     const bool isNothing = !(alpha > 0) || (visible && area.isEmpty());
     const bool isDirect = alpha >= 1 && !shadow;
@@ -283,7 +288,10 @@ void QtGraphicsContext::setFillColor(const CGColor& color) {
 }
 
 void QtGraphicsContext::setStrokeColor(const NSColor& color) { state().strokeColor = toQt(color); }
-void QtGraphicsContext::setShadow(const NSShadow& shadow) { state().shadow = shadow; }
+
+void QtGraphicsContext::setShadow(const NSShadow& shadow) {
+    state().shadow = isFinite(shadow) ? std::optional(shadow) : std::nullopt;
+}
 
 QBrush QtGraphicsContext::fillBrush() {
     QBrush brush = state().fill;
@@ -385,7 +393,7 @@ void QtGraphicsContext::drawText(
     const double room = metrics.height() / 2;
     const QRectF bounds =
         QRectF(toQt(origin), QSizeF(size.width, size.height)).adjusted(-room, -room, room, room);
-    if (attributes.shadow)
+    if (attributes.shadow && isFinite(*attributes.shadow))
         paintShadow(*attributes.shadow, bounds, paint,
             font.toString() + QString::number(color.alpha()) + u'\n' + lines.join(u'\n'));
     paintWithShadow(bounds, paint);

@@ -113,6 +113,7 @@ TEST_F(XdgWorkspaceTest, ReadsWhetherAnimationsAreOff) {
         {"gtk-3.0/settings.ini", "[Settings]\ngtk-enable-animations = false", true},
         {"gtk-3.0/settings.ini", "[Settings]\ngtk-enable-animations=1\n", false},
         {"kdeglobals", "[KDE]\nAnimationDurationFactor=0\n", true},
+        {"kdeglobals", "[KDE]\nAnimationDurationFactor=0.000\n", true},
         {"kdeglobals", "[General]\nAnimationDurationFactor=0\n[KDE]\nAnimationDurationFactor=0.5\n",
             false},
     };
