@@ -118,8 +118,9 @@ void changeAnnounced(NSObject& object, SEL key, Change&& change) {
 } // namespace detail
 
 /// Calls `change`, which changes a property, and tells the observers. An exception from `change` is
-/// let through, and nothing told of. The object must live until `change` has returned; it may die
-/// while observers are told.
+/// let through, and nothing told of. The object must live until the first observer is called, with
+/// one that is told before the change until `change` has returned; after that, observers may let go
+/// of it, and so may a thread that they wait for.
 template <class Change>
 void changeValueForKey(NSObject& object, SEL key, Change&& change) {
     if (!object.isObserved(key)) [[likely]] {
