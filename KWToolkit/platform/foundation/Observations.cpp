@@ -68,9 +68,11 @@ struct KeyObservers {
     template <class Call>
     void each(Call call) const {
         const ObservationArray* const now = array.load();
-        const std::size_t count = now ? now->count.load() : 0;
-        for (std::size_t i = 0; i < count; ++i) {
-            if (auto* const observation = now->entries[i].load())
+        if (!now)
+            return;
+        const auto* const end = now->entries.data() + now->count.load();
+        for (const auto* entry = now->entries.data(); entry != end; ++entry) {
+            if (auto* const observation = entry->load())
                 call(*observation);
         }
     }
