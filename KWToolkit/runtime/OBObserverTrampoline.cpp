@@ -21,17 +21,14 @@ public:
     Trampoline(NSObject& observee, std::string keyPath, std::shared_ptr<NSOperationQueue> queue,
         OBObservationTask task)
         : m_observee(observee)
-        , m_keyPath(std::move(keyPath))
         , m_queue(std::move(queue))
+        , m_keyPath(std::move(keyPath))
         , m_task(task ? std::move(task) : [](NSObject&, const NSKeyValueChange&) { }) {
         m_storage.observer = this;
         m_storage.context = OBObserverTrampolineContext;
         m_storage.isPartOfObserver = true;
     }
-    ~Trampoline() override {
-        cancelObservation();
-        m_task = nullptr; // before the rest
-    }
+    ~Trampoline() override { cancelObservation(); }
 
     void observe(NSObject& observee) {
         detail::ObservationInfo::of(observee).add(
@@ -70,11 +67,13 @@ private:
     }
 
     void addToQueue(NSObject& object, const NSKeyValueChange& change) {
+        auto owned = object.weak_from_this().lock();
+        // An object that nobody shares cannot be kept alive until the operation runs.
+        auto borrowed = owned ? WeakReference() : WeakReference(object);
         m_queue->addOperation(
             [self = std::static_pointer_cast<Trampoline>(shared_from_this()),
-                owned = object.weak_from_this().lock(), observed = WeakReference(object), change] {
-                // An object that nobody shares cannot be kept alive until here.
-                const auto target = observed.lock();
+                owned = std::move(owned), borrowed = std::move(borrowed), change] {
+                const auto target = owned ? owned : borrowed.lock();
                 if (target && !self->m_cancellationPredicate)
                     self->m_task(*target, change);
             });
@@ -83,9 +82,10 @@ private:
     const WeakReference m_observee;
     std::atomic<bool> m_cancellationPredicate = false; // whether it was cancelled
     NSKeyValueObservation m_observation = nullptr;
-    const std::string m_keyPath;
+    // Released in reverse: the task, the key path, the queue.
     const std::shared_ptr<NSOperationQueue> m_queue;
-    OBObservationTask m_task;
+    const std::string m_keyPath;
+    const OBObservationTask m_task;
     detail::Observation m_storage;
 };
 

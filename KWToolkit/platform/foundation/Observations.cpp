@@ -26,7 +26,7 @@ std::uint64_t nextSerial() {
 SEL firstKey(std::string_view keyPath) { return SEL(keyPath.substr(0, keyPath.find('.'))); }
 
 /// What the property holds; null also where it is none or holds something else.
-std::shared_ptr<NSObject> relatedObject(NSObject& object, SEL key) {
+std::shared_ptr<NSObject> objectHeldBy(NSObject& object, SEL key) {
     const Property* const property = object.isa().property(key);
     const std::any value = property ? property->get(object) : std::any();
     const auto* const related = std::any_cast<std::shared_ptr<NSObject>>(&value);
@@ -96,7 +96,7 @@ public:
     void follow(NSObject& root) {
         const std::uint64_t turn = ++m_turn;
         Rest rest;
-        const std::shared_ptr<NSObject> related = relatedObject(root, m_key);
+        const std::shared_ptr<NSObject> related = objectHeldBy(root, m_key);
         {
             std::shared_ptr<NSObject> present; // ends outside the lock
             const std::lock_guard lock(m_mutex);

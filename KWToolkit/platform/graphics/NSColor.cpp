@@ -26,6 +26,23 @@ NSColor::NSColor(CGColorSpace space, const Components& components, double alpha)
     std::ranges::transform(m_components, m_components.begin(), within01);
 }
 
+std::optional<NSColor> NSColor::colorWithCGColor(const kw::CGColor& color) {
+    Components parts {};
+    const auto& components = color.components();
+    std::copy_n(components.begin(), std::min(components.size(), parts.size()), parts.begin());
+    switch (CGColorSpaceGetModel(color.colorSpace())) {
+    case CGColorSpaceModel::monochrome:
+        return colorWithDeviceWhite(parts[0], color.alpha());
+    case CGColorSpaceModel::RGB:
+        return colorWithDeviceRed(parts[0], parts[1], parts[2], color.alpha());
+    case CGColorSpaceModel::CMYK:
+        return colorWithDeviceCyan(parts[0], parts[1], parts[2], parts[3], color.alpha());
+    case CGColorSpaceModel::pattern:
+        break;
+    }
+    return std::nullopt;
+}
+
 NSColor NSColor::colorWithPatternImage(std::shared_ptr<NSImage> image) {
     NSColor color(CGColorSpace::pattern, {}, 1);
     color.m_pattern = std::move(image);

@@ -36,6 +36,8 @@ public:
         return {CGColorSpace::deviceCMYK, {cyan, magenta, yellow, black}, alpha};
     }
     static NSColor colorWithPatternImage(std::shared_ptr<NSImage> image);
+    /// In the device's space of the color's kind; empty for a pattern.
+    static std::optional<NSColor> colorWithCGColor(const kw::CGColor& color);
     static NSColor whiteColor() { return colorWithCalibratedWhite(1, 1); }
     static NSColor blackColor() { return colorWithCalibratedWhite(0, 1); }
     static NSColor clearColor() { return colorWithCalibratedWhite(0, 0); }

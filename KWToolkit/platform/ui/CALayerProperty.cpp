@@ -40,26 +40,11 @@ using RGBA = std::array<double, 4>;
 
 /// Nothing for a pattern.
 std::optional<RGBA> rgbaOf(const CGColor& color) {
-    RGBA parts {};
-    const auto& components = color.components();
-    std::copy_n(components.begin(), std::min(components.size(), parts.size()), parts.begin());
-    const auto rgb = [&]() -> std::optional<NSColor> {
-        switch (CGColorSpaceGetModel(color.colorSpace())) {
-        case CGColorSpaceModel::monochrome:
-            return NSColor::colorWithDeviceWhite(parts[0], color.alpha());
-        case CGColorSpaceModel::RGB:
-            return NSColor::colorWithDeviceRed(parts[0], parts[1], parts[2], color.alpha());
-        case CGColorSpaceModel::CMYK:
-            return NSColor::colorWithDeviceCyan(
-                parts[0], parts[1], parts[2], parts[3], color.alpha());
-        case CGColorSpaceModel::pattern:
-            break;
-        }
-        return std::nullopt;
-    }();
+    const auto rgb = NSColor::colorWithCGColor(color);
     const auto converted = rgb ? rgb->colorUsingColorSpace(CGColorSpace::deviceRGB) : std::nullopt;
     if (!converted)
         return std::nullopt;
+    RGBA parts {};
     converted->getComponents(parts);
     return parts;
 }

@@ -50,21 +50,8 @@ QColor toQt(const NSColor& color) {
 
 /// Transparent for a pattern.
 QColor toQt(const CGColor& color) {
-    std::array<double, 4> parts {};
-    const auto& components = color.components();
-    std::copy_n(components.begin(), std::min(components.size(), parts.size()), parts.begin());
-    switch (CGColorSpaceGetModel(color.colorSpace())) {
-    case CGColorSpaceModel::monochrome:
-        return toQt(NSColor::colorWithDeviceWhite(parts[0], color.alpha()));
-    case CGColorSpaceModel::RGB:
-        return toQt(NSColor::colorWithDeviceRed(parts[0], parts[1], parts[2], color.alpha()));
-    case CGColorSpaceModel::CMYK:
-        return toQt(
-            NSColor::colorWithDeviceCyan(parts[0], parts[1], parts[2], parts[3], color.alpha()));
-    case CGColorSpaceModel::pattern:
-        break;
-    }
-    return Qt::transparent;
+    const auto plain = NSColor::colorWithCGColor(color);
+    return plain ? toQt(*plain) : Qt::transparent;
 }
 
 QTransform toQt(const CGAffineTransform& matrix) {
