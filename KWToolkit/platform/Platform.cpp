@@ -60,6 +60,22 @@ std::unique_ptr<ImageDecoder> makeDefaultService() {
     return std::make_unique<UnavailableImageDecoder>();
 }
 template <>
+std::unique_ptr<CursorService> makeDefaultService() {
+    return std::make_unique<UnavailableCursorService>();
+}
+template <>
+std::unique_ptr<SystemColors> makeDefaultService() {
+    return std::make_unique<PlainSystemColors>();
+}
+template <>
+std::unique_ptr<TextMetrics> makeDefaultService() {
+    return std::make_unique<NominalTextMetrics>();
+}
+template <>
+std::unique_ptr<ViewLoader> makeDefaultService() {
+    return std::make_unique<UnavailableViewLoader>();
+}
+template <>
 std::unique_ptr<Clock> makeDefaultService() {
     return std::make_unique<SteadyClock>();
 }
@@ -169,6 +185,10 @@ template struct ServiceSlot<LoginItems>;
 template struct ServiceSlot<RunningApplications>;
 template struct ServiceSlot<Locale>;
 template struct ServiceSlot<ImageDecoder>;
+template struct ServiceSlot<CursorService>;
+template struct ServiceSlot<SystemColors>;
+template struct ServiceSlot<TextMetrics>;
+template struct ServiceSlot<ViewLoader>;
 template struct ServiceSlot<Clock>;
 template struct ServiceSlot<Console>;
 template struct ServiceSlot<RunLoop>;
@@ -198,6 +218,10 @@ RunningApplications& Platform::runningApplications() {
 }
 Locale& Platform::locale() { return detail::ServiceSlot<Locale>::inUse(); }
 ImageDecoder& Platform::imageDecoder() { return detail::ServiceSlot<ImageDecoder>::inUse(); }
+CursorService& Platform::cursor() { return detail::ServiceSlot<CursorService>::inUse(); }
+SystemColors& Platform::systemColors() { return detail::ServiceSlot<SystemColors>::inUse(); }
+TextMetrics& Platform::textMetrics() { return detail::ServiceSlot<TextMetrics>::inUse(); }
+ViewLoader& Platform::viewLoader() { return detail::ServiceSlot<ViewLoader>::inUse(); }
 Clock& Platform::clock() { return detail::ServiceSlot<Clock>::inUse(); }
 Console& Platform::console() { return detail::ServiceSlot<Console>::inUse(); }
 RunLoop& Platform::runLoop() { return detail::ServiceSlot<RunLoop>::inUse(); }

@@ -8,6 +8,7 @@
 #include <KWToolkit/platform/services/AuthorizationService.h>
 #include <KWToolkit/platform/services/Clock.h>
 #include <KWToolkit/platform/services/Console.h>
+#include <KWToolkit/platform/services/CursorService.h>
 #include <KWToolkit/platform/services/DefaultsStore.h>
 #include <KWToolkit/platform/services/FileSystem.h>
 #include <KWToolkit/platform/services/HotkeyService.h>
@@ -20,8 +21,11 @@
 #include <KWToolkit/platform/services/RunLoop.h>
 #include <KWToolkit/platform/services/RunningApplications.h>
 #include <KWToolkit/platform/services/SearchPaths.h>
+#include <KWToolkit/platform/services/SystemColors.h>
 #include <KWToolkit/platform/services/SystemLog.h>
+#include <KWToolkit/platform/services/TextMetrics.h>
 #include <KWToolkit/platform/services/UrlEventService.h>
+#include <KWToolkit/platform/services/ViewLoader.h>
 #include <KWToolkit/platform/services/Workspace.h>
 
 #include <functional>
@@ -50,6 +54,10 @@ public:
     static RunningApplications& runningApplications();
     static Locale& locale();
     static ImageDecoder& imageDecoder();
+    static CursorService& cursor();
+    static SystemColors& systemColors();
+    static TextMetrics& textMetrics();
+    static ViewLoader& viewLoader();
     static Clock& clock();
     static Console& console();
     /// The calling thread's loop. Other services have one instance a process, this one a thread.
@@ -101,6 +109,10 @@ extern template struct ServiceSlot<LoginItems>;
 extern template struct ServiceSlot<RunningApplications>;
 extern template struct ServiceSlot<Locale>;
 extern template struct ServiceSlot<ImageDecoder>;
+extern template struct ServiceSlot<CursorService>;
+extern template struct ServiceSlot<SystemColors>;
+extern template struct ServiceSlot<TextMetrics>;
+extern template struct ServiceSlot<ViewLoader>;
 extern template struct ServiceSlot<Clock>;
 extern template struct ServiceSlot<Console>;
 extern template struct ServiceSlot<RunLoop>;
@@ -123,6 +135,10 @@ LoginItems& portOf(LoginItems&);
 RunningApplications& portOf(RunningApplications&);
 Locale& portOf(Locale&);
 ImageDecoder& portOf(ImageDecoder&);
+CursorService& portOf(CursorService&);
+SystemColors& portOf(SystemColors&);
+TextMetrics& portOf(TextMetrics&);
+ViewLoader& portOf(ViewLoader&);
 Clock& portOf(Clock&);
 Console& portOf(Console&);
 RunLoop& portOf(RunLoop&);

@@ -39,6 +39,41 @@ void NSBezierPath::closePath() {
     m_segments.push_back({Element::closePath, {}, {}, m_start});
 }
 
+NSBezierPath NSBezierPath::bezierPathWithRect(const NSRect& rect) {
+    NSBezierPath path;
+    path.moveToPoint(rect.origin);
+    path.lineToPoint({NSMaxX(rect), NSMinY(rect)});
+    path.lineToPoint({NSMaxX(rect), NSMaxY(rect)});
+    path.lineToPoint({NSMinX(rect), NSMaxY(rect)});
+    path.closePath();
+    return path;
+}
+
+NSBezierPath NSBezierPath::bezierPathWithRoundedRect(
+    const NSRect& rect, double xRadius, double yRadius) {
+    const double x = std::clamp(xRadius, 0.0, std::max(rect.size.width / 2, 0.0));
+    const double y = std::clamp(yRadius, 0.0, std::max(rect.size.height / 2, 0.0));
+    if (!(x > 0 && y > 0))
+        return bezierPathWithRect(rect);
+    // The handles of a cubic curve for a quarter of a circle (Goldapp 1991).
+    constexpr double handle = 4.0 / 3 * (M_SQRT2 - 1);
+    const NSPoint corners[] {{NSMaxX(rect), NSMinY(rect)}, {NSMaxX(rect), NSMaxY(rect)},
+        {NSMinX(rect), NSMaxY(rect)}, rect.origin};
+    NSPoint along {1, 0}; // the side that leads to the corner
+    NSBezierPath path;
+    path.moveToPoint({NSMinX(rect) + x, NSMinY(rect)});
+    for (const NSPoint& corner : corners) {
+        const NSPoint next {-along.y, along.x};
+        const NSPoint into {along.x * x, along.y * y};
+        const NSPoint out {next.x * x, next.y * y};
+        path.lineToPoint(corner - into);
+        path.curveToPoint(corner + out, corner - into * (1 - handle), corner + out * (1 - handle));
+        along = next;
+    }
+    path.closePath();
+    return path;
+}
+
 NSPoint NSBezierPath::currentPoint() const {
     if (m_segments.empty())
         throw NSException("NSGenericException", "No current point for path operation");

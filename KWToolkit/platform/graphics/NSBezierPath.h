@@ -22,6 +22,12 @@ public:
         friend bool operator==(const Segment&, const Segment&) = default;
     };
 
+    /// Counter-clockwise from the origin where y is up.
+    static NSBezierPath bezierPathWithRect(const NSRect& rect);
+    /// The same with corners that are quarters of an ellipse, no larger than half the rectangle.
+    static NSBezierPath bezierPathWithRoundedRect(
+        const NSRect& rect, double xRadius, double yRadius);
+
     void moveToPoint(NSPoint point);
     /// The operations that go on from the current point throw an `NSException` named
     /// "NSGenericException" where there is none.

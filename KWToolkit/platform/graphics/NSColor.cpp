@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include <KWToolkit/platform/graphics/NSColor.h>
 
+#include <KWToolkit/platform/Platform.h>
 #include <KWToolkit/platform/foundation/NSException.h>
 #include <KWToolkit/platform/graphics/NSGraphicsContext.h>
 #include <KWToolkit/platform/graphics/NSImage.h>
@@ -72,6 +73,20 @@ double NSColor::greenComponent() const {
 }
 double NSColor::blueComponent() const {
     return component("blueComponent", CGColorSpaceModel::RGB, 2);
+}
+
+NSColor NSColor::colorWithAlphaComponent(double alpha) const {
+    NSColor result = *this;
+    result.m_alpha = within01(alpha);
+    return result;
+}
+
+NSColor NSColor::controlTextColor() {
+    return Platform::systemColors().color(SystemColor::controlText);
+}
+
+NSColor NSColor::textBackgroundColor() {
+    return Platform::systemColors().color(SystemColor::textBackground);
 }
 
 std::shared_ptr<NSImage> NSColor::patternImage() const {

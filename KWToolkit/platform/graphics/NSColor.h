@@ -40,10 +40,16 @@ public:
     static std::optional<NSColor> colorWithCGColor(const kw::CGColor& color);
     static NSColor whiteColor() { return colorWithCalibratedWhite(1, 1); }
     static NSColor blackColor() { return colorWithCalibratedWhite(0, 1); }
+    static NSColor darkGrayColor() { return colorWithCalibratedWhite(1.0 / 3, 1); }
+    static NSColor redColor() { return colorWithCalibratedRed(1, 0, 0, 1); }
+    // The theme's, as they are now.
+    static NSColor controlTextColor();
+    static NSColor textBackgroundColor();
     static NSColor clearColor() { return colorWithCalibratedWhite(0, 0); }
 
     CGColorSpace colorSpace() const { return m_space; }
     double alphaComponent() const { return m_alpha; }
+    NSColor colorWithAlphaComponent(double alpha) const;
 
     // Each of these throws an `NSException` named "NSInvalidArgumentException" for a color of
     // another kind than the name says.

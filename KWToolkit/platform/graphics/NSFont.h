@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 namespace kw {
 
@@ -15,6 +16,13 @@ struct NSFont {
     static constexpr double systemFontSize = 13;
     static constexpr double smallSystemFontSize = 11;
 
+    /// What is drawn at the size asked for.
+    double drawnSize() const { return size > 0 ? size : systemFontSize; }
+
+    /// A family that the desktop does not have is drawn as the nearest that it has.
+    static NSFont fontWithName(std::string family, double size) {
+        return {std::move(family), size, false};
+    }
     static NSFont systemFontOfSize(double size) { return {{}, size, false}; }
     static NSFont boldSystemFontOfSize(double size) { return {{}, size, true}; }
 

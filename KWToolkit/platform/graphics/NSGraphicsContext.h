@@ -8,23 +8,14 @@
 #include <KWToolkit/platform/graphics/CGPattern.h>
 #include <KWToolkit/platform/graphics/NSBezierPath.h>
 #include <KWToolkit/platform/graphics/NSColor.h>
-#include <KWToolkit/platform/graphics/NSFont.h>
 #include <KWToolkit/platform/graphics/NSGeometry.h>
 #include <KWToolkit/platform/graphics/NSGradient.h>
 #include <KWToolkit/platform/graphics/NSShadow.h>
+#include <KWToolkit/platform/graphics/TextAttributes.h>
 
-#include <optional>
 #include <string_view>
 
 namespace kw {
-
-/// How text looks.
-struct TextAttributes {
-    NSFont font;
-    NSColor color = NSColor::blackColor();
-    std::optional<NSShadow> shadow; ///< of the text alone, besides the context's own
-    friend bool operator==(const TextAttributes&, const TextAttributes&) = default;
-};
 
 /// Where a view draws. Coordinates are the view's own. Texts are UTF-8.
 class KW_EXPORT NSGraphicsContext {
@@ -57,9 +48,17 @@ public:
     /// are those of the view's points, whatever `concat` does.
     virtual void setShadow(const NSShadow& shadow) = 0;
 
+    /// Whether edges are smoothed, until the state is restored; they are at first.
+    virtual void setShouldAntialias(bool antialias) = 0;
+    /// Whether text may be smoothed by subpixels, until the state is restored, where the desktop
+    /// does that; it may at first.
+    virtual void setShouldSmoothFonts(bool smooth) = 0;
+
     /// Fills a path with the fill color.
     virtual void fill(const NSBezierPath& path) = 0;
-    /// Strokes a path with the stroke color, in the path's line width, centered on the outline.
+    /// Strokes a path with the stroke color, in the path's line width, centered on the outline. A
+    /// width of 0 is the thinnest line that the device can draw; below 0 it counts as 0, and one
+    /// that is no number strokes nothing.
     virtual void stroke(const NSBezierPath& path) = 0;
     /// Fills a path with a gradient whose line crosses the path's bounds at `angle` degrees,
     /// counter-clockwise where y is up: at 0 from left to right, at -90 from top to bottom. The
@@ -75,6 +74,10 @@ public:
     /// Draws a text whose box has its origin (lower left where y is up) at `origin`.
     virtual void drawText(
         std::string_view text, NSPoint origin, const TextAttributes& attributes) = 0;
+    /// Draws a text into a rectangle from its upper edge on, as the paragraph style says. The first
+    /// line is drawn in any case, a further one where it begins within the rectangle.
+    virtual void drawTextInRect(
+        std::string_view text, const NSRect& rect, const TextAttributes& attributes) = 0;
 };
 
 } // namespace kw

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <KWToolkit/platform/graphics/NSGraphicsContext.h>
+#include <KWToolkit/platform/services/TextMetrics.h>
 
 #include <string>
 #include <variant>
@@ -11,7 +12,7 @@
 namespace kw {
 
 /// Keeps what is drawn as plain values, in order.
-class KW_EXPORT RecordingGraphicsContext final : public NSGraphicsContext {
+class RecordingGraphicsContext final : public NSGraphicsContext {
 public:
     struct SaveState {
         friend bool operator==(const SaveState&, const SaveState&) = default;
@@ -51,6 +52,14 @@ public:
         NSShadow shadow;
         friend bool operator==(const SetShadow&, const SetShadow&) = default;
     };
+    struct SetShouldAntialias {
+        bool antialias;
+        friend bool operator==(const SetShouldAntialias&, const SetShouldAntialias&) = default;
+    };
+    struct SetShouldSmoothFonts {
+        bool smooth;
+        friend bool operator==(const SetShouldSmoothFonts&, const SetShouldSmoothFonts&) = default;
+    };
     struct Fill {
         NSBezierPath path;
         friend bool operator==(const Fill&, const Fill&) = default;
@@ -76,9 +85,16 @@ public:
         TextAttributes attributes;
         friend bool operator==(const DrawText&, const DrawText&) = default;
     };
+    struct DrawTextInRect {
+        std::string text;
+        NSRect rect;
+        TextAttributes attributes;
+        friend bool operator==(const DrawTextInRect&, const DrawTextInRect&) = default;
+    };
     using Call = std::variant<SaveState, RestoreState, Concat, Clip, BeginTransparencyLayer,
         EndTransparencyLayer, SetFillColor, SetFillCGColor, SetStrokeColor, SetShadow, Fill, Stroke,
-        DrawGradient, DrawImage, DrawText>;
+        DrawGradient, DrawImage, DrawText, DrawTextInRect, SetShouldAntialias,
+        SetShouldSmoothFonts>;
 
     const std::vector<Call>& calls() const { return m_calls; }
 
@@ -100,6 +116,12 @@ public:
         m_calls.emplace_back(SetStrokeColor {color});
     }
     void setShadow(const NSShadow& shadow) override { m_calls.emplace_back(SetShadow {shadow}); }
+    void setShouldAntialias(bool antialias) override {
+        m_calls.emplace_back(SetShouldAntialias {antialias});
+    }
+    void setShouldSmoothFonts(bool smooth) override {
+        m_calls.emplace_back(SetShouldSmoothFonts {smooth});
+    }
     void fill(const NSBezierPath& path) override { m_calls.emplace_back(Fill {path}); }
     void stroke(const NSBezierPath& path) override { m_calls.emplace_back(Stroke {path}); }
     void drawGradient(const NSGradient& gradient, const NSBezierPath& path, double angle) override {
@@ -108,11 +130,17 @@ public:
     void drawImage(const CGImage& image, const NSRect& rect) override {
         m_calls.emplace_back(DrawImage {&image, rect});
     }
-    /// Every character is half the font size wide and the line 1.25 font sizes high.
-    NSSize sizeOfText(std::string_view text, const TextAttributes& attributes) override;
+    /// As `NominalTextMetrics` has it.
+    NSSize sizeOfText(std::string_view text, const TextAttributes& attributes) override {
+        return NominalTextMetrics().sizeOfText(text, attributes);
+    }
     void drawText(
         std::string_view text, NSPoint origin, const TextAttributes& attributes) override {
         m_calls.emplace_back(DrawText {std::string(text), origin, attributes});
+    }
+    void drawTextInRect(
+        std::string_view text, const NSRect& rect, const TextAttributes& attributes) override {
+        m_calls.emplace_back(DrawTextInRect {std::string(text), rect, attributes});
     }
 
 private:

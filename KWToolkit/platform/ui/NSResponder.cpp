@@ -19,6 +19,12 @@ Class& NSResponder::classObject() {
     return object;
 }
 
+NSResponder* NSResponder::nextResponder() const {
+    return static_cast<NSResponder*>(m_nextResponder.lock().get());
+}
+
+void NSResponder::setNextResponder(NSResponder* responder) { m_nextResponder = responder; }
+
 void NSResponder::keyDown(const NSEvent& event) { passOn(*this, &NSResponder::keyDown, event); }
 void NSResponder::keyUp(const NSEvent& event) { passOn(*this, &NSResponder::keyUp, event); }
 void NSResponder::flagsChanged(const NSEvent& event) {

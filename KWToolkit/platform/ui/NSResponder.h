@@ -4,6 +4,7 @@
 
 #include <KWToolkit/platform/Export.h>
 #include <KWToolkit/platform/foundation/NSObject.h>
+#include <KWToolkit/platform/foundation/WeakReference.h>
 #include <KWToolkit/platform/ui/NSEvent.h>
 
 namespace kw {
@@ -15,9 +16,10 @@ public:
     static Class& classObject();
     Class& isa() const override { return classObject(); }
 
-    /// Not owned; null at the end of the chain. A view's is its superview unless it is set.
-    virtual NSResponder* nextResponder() const { return m_nextResponder; }
-    virtual void setNextResponder(NSResponder* responder) { m_nextResponder = responder; }
+    /// Not owned; null at the end of the chain, and where it is gone. A view that is added to
+    /// another, or shown, is given its superview or window.
+    NSResponder* nextResponder() const;
+    virtual void setNextResponder(NSResponder* responder);
 
     virtual bool acceptsFirstResponder() const { return false; }
     /// Asked when the responder would get the keyboard focus; true takes it.
@@ -39,7 +41,7 @@ public:
     virtual bool performKeyEquivalent(const NSEvent&) { return false; }
 
 private:
-    NSResponder* m_nextResponder = nullptr;
+    WeakReference m_nextResponder;
 };
 
 } // namespace kw

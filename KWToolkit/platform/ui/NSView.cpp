@@ -3,6 +3,8 @@
 #include <KWToolkit/platform/ui/NSView.h>
 
 #include <KWToolkit/platform/ui/CALayer.h>
+#include <KWToolkit/platform/ui/NSTrackingArea.h>
+#include <KWToolkit/platform/ui/NSWindow.h>
 
 #include <algorithm>
 #include <ranges>
@@ -20,8 +22,10 @@ NSView::~NSView() {
         shownBy->viewWillGo(*this);
     if (m_layer)
         m_layer->setHostView(nullptr);
-    for (const auto& view : m_subviews)
+    for (const auto& view : m_subviews) {
         view->m_superview = nullptr;
+        view->setNextResponder(nullptr);
+    }
 }
 
 Class& NSView::classObject() {
@@ -36,6 +40,11 @@ void NSView::setFrame(NSRect frame) {
     container->setNeedsDisplayInRect(m_superview ? m_frame : bounds());
     const NSSize formerSize = std::exchange(m_frame, frame).size;
     container->setNeedsDisplayInRect(m_superview ? m_frame : bounds());
+    setNeedsPeerUpdate();
+    if (frame.size != formerSize) {
+        resizeSubviewsWithOldSize(formerSize);
+        updateTrackingAreas();
+    }
     // Last: whoever observes the layer may let go of the view.
     if (m_layer && frame.size != formerSize)
         m_layer->fillHostView();
@@ -50,8 +59,10 @@ void NSView::addSubview(std::shared_ptr<NSView> view) {
     }
     view->removeFromSuperview();
     view->m_superview = this;
-    m_subviews.push_back(std::move(view));
-    m_subviews.back()->setNeedsDisplay();
+    m_subviews.push_back(view);
+    view->setNextResponder(this);
+    view->setNeedsDisplay();
+    setNeedsPeerUpdate();
 }
 
 void NSView::removeFromSuperview() {
@@ -61,13 +72,43 @@ void NSView::removeFromSuperview() {
         shownBy->viewWillGo(*this);
     NSView* const superview = std::exchange(m_superview, nullptr);
     superview->setNeedsDisplayInRect(m_frame);
+    superview->setNeedsPeerUpdate();
+    setNextResponder(nullptr);
     // Last: this may have been the only owner.
     std::erase_if(superview->m_subviews, [this](const auto& view) { return view.get() == this; });
 }
 
 void NSView::setHidden(bool hidden) {
-    if (std::exchange(m_isHidden, hidden) != hidden && m_superview)
+    if (std::exchange(m_isHidden, hidden) == hidden)
+        return;
+    if (m_superview)
         m_superview->setNeedsDisplayInRect(m_frame);
+    setNeedsPeerUpdate();
+}
+
+bool NSView::isDescendantOf(const NSView& view) const {
+    const NSView* ancestor = this;
+    while (ancestor && ancestor != &view)
+        ancestor = ancestor->m_superview;
+    return ancestor != nullptr;
+}
+
+void NSView::resizeSubviewsWithOldSize(NSSize) { }
+void NSView::updateTrackingAreas() { }
+void NSView::awakeFromNib() { }
+bool NSView::setAccessibilityValue(const std::string&) { return false; }
+bool NSView::accessibilityPerformPress() { return false; }
+
+void NSView::addTrackingArea(std::shared_ptr<NSTrackingArea> area) {
+    if (!area || std::ranges::find(m_trackingAreas, area) != m_trackingAreas.end())
+        return;
+    m_trackingAreas.push_back(std::move(area));
+    setNeedsPeerUpdate();
+}
+
+void NSView::removeTrackingArea(const std::shared_ptr<NSTrackingArea>& area) {
+    if (std::erase(m_trackingAreas, area) > 0)
+        setNeedsPeerUpdate();
 }
 
 void NSView::drawRect(NSGraphicsContext&, NSRect) { }
@@ -81,11 +122,7 @@ void NSView::setNeedsDisplayInRect(NSRect rect) {
             m_host->setNeedsDisplayInRect(visible);
         return;
     }
-    // Of two opposite corners, whichever comes out lower is the origin.
-    const NSPoint one = convertToSuperview(visible.origin);
-    const NSPoint other = convertToSuperview({NSMaxX(visible), NSMaxY(visible)});
-    m_superview->setNeedsDisplayInRect(NSMakeRect(std::min(one.x, other.x),
-        std::min(one.y, other.y), visible.size.width, visible.size.height));
+    m_superview->setNeedsDisplayInRect(convertRectToSuperview(visible));
 }
 
 void NSView::setLayer(std::shared_ptr<CALayer> layer) {
@@ -151,9 +188,41 @@ NSPoint NSView::convertFromWindow(NSPoint point) const {
     return convertFromSuperview(m_superview ? m_superview->convertFromWindow(point) : point);
 }
 
-NSResponder* NSView::nextResponder() const {
-    NSResponder* const set = NSResponder::nextResponder();
-    return set ? set : m_superview;
+// Of two opposite corners, whichever comes out lower is the origin.
+
+NSRect NSView::convertRectToSuperview(const NSRect& rect) const {
+    const NSPoint one = convertToSuperview(rect.origin);
+    const NSPoint other = convertToSuperview({NSMaxX(rect), NSMaxY(rect)});
+    return {{std::min(one.x, other.x), std::min(one.y, other.y)}, rect.size};
+}
+
+NSRect NSView::convertRectFromSuperview(const NSRect& rect) const {
+    const NSPoint one = convertFromSuperview(rect.origin);
+    const NSPoint other = convertFromSuperview({NSMaxX(rect), NSMaxY(rect)});
+    return {{std::min(one.x, other.x), std::min(one.y, other.y)}, rect.size};
+}
+
+NSRect NSView::visibleRect() const {
+    if (m_isHidden)
+        return {};
+    return m_superview
+        ? NSIntersectionRect(bounds(), convertRectFromSuperview(m_superview->visibleRect()))
+        : bounds();
+}
+
+void NSView::setHost(ViewHost* host) {
+    m_host = host;
+    setNextResponder(host ? &host->window() : nullptr);
+}
+
+NSWindow* NSView::window() const {
+    ViewHost* const shownBy = host();
+    return shownBy ? &shownBy->window() : nullptr;
+}
+
+void NSView::setNeedsPeerUpdate() {
+    if (ViewHost* const shownBy = host())
+        shownBy->viewsChanged();
 }
 
 ViewHost* NSView::host() const {

@@ -274,6 +274,9 @@ void QtGraphicsContext::setFillColor(const CGColor& color) {
     state().fill = std::move(brush);
 }
 
+void QtGraphicsContext::setShouldAntialias(bool) { }
+void QtGraphicsContext::setShouldSmoothFonts(bool) { }
+
 void QtGraphicsContext::setStrokeColor(const NSColor& color) { state().strokeColor = toQt(color); }
 
 void QtGraphicsContext::setShadow(const NSShadow& shadow) {
@@ -384,6 +387,11 @@ void QtGraphicsContext::drawText(
         paintShadow(*attributes.shadow, bounds, paint,
             font.toString() + QString::number(color.alpha()) + u'\n' + lines.join(u'\n'));
     paintWithShadow(bounds, paint);
+}
+
+void QtGraphicsContext::drawTextInRect(
+    std::string_view text, const NSRect& rect, const TextAttributes& attributes) {
+    drawText(text, rect.origin, attributes);
 }
 
 QFont QtGraphicsContext::fontFor(const NSFont& font) const {

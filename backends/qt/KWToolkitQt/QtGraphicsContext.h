@@ -44,12 +44,16 @@ public:
     void setFillColor(const CGColor& color) override;
     void setStrokeColor(const NSColor& color) override;
     void setShadow(const NSShadow& shadow) override;
+    void setShouldAntialias(bool antialias) override;
+    void setShouldSmoothFonts(bool smooth) override;
     void fill(const NSBezierPath& path) override;
     void stroke(const NSBezierPath& path) override;
     void drawGradient(const NSGradient& gradient, const NSBezierPath& path, double angle) override;
     void drawImage(const CGImage& image, const NSRect& rect) override;
     NSSize sizeOfText(std::string_view text, const TextAttributes& attributes) override;
     void drawText(std::string_view text, NSPoint origin, const TextAttributes& attributes) override;
+    void drawTextInRect(
+        std::string_view text, const NSRect& rect, const TextAttributes& attributes) override;
 
 private:
     struct State {

@@ -5,6 +5,7 @@
 #include <KWToolkit/platform/Guarded.h>
 #include <KWToolkit/platform/Platform.h>
 #include <KWToolkit/platform/ui/CATransaction.h>
+#include <KWToolkit/platform/ui/NSWindow.h>
 #include <KWToolkitQt/KeyTranslation.h>
 #include <KWToolkitQt/KeyboardGrabFilter.h>
 #include <KWToolkitQt/QtGraphicsContext.h>
@@ -23,11 +24,7 @@ namespace kw::qt {
 
 namespace {
 
-bool isWithin(const NSView* view, const NSView& tree) {
-    while (view && view != &tree)
-        view = view->superview();
-    return view != nullptr;
-}
+bool isWithin(const NSView* view, const NSView& tree) { return view && view->isDescendantOf(tree); }
 
 void appendFocusable(NSView& tree, std::vector<NSView*>& views) {
     if (tree.isHidden())
@@ -66,9 +63,10 @@ void paint(QPainter& painter, NSView& view, const QRectF& dirty) {
     painter.restore();
 }
 
-/// The end of the responder chain: what comes here was taken by no view.
-class ChainEnd final : public NSResponder {
+/// As the end of the responder chain it notices what no view took.
+class HostedWindow final : public NSWindow {
 public:
+    using NSWindow::NSWindow;
     void keyDown(const NSEvent&) override { m_isReached = true; }
     void keyUp(const NSEvent&) override { m_isReached = true; }
     void flagsChanged(const NSEvent&) override { m_isReached = true; }
@@ -87,17 +85,19 @@ public:
         , sizeHint(root->frame().size)
         , m_widget(host) {
         root->setHost(this);
-        root->setNextResponder(&m_chainEnd);
     }
     ~Private() override {
         viewWillGo(*root);
-        root->setNextResponder(nullptr);
         root->setHost(nullptr);
     }
 
     void setNeedsDisplayInRect(NSRect rect) override;
-    bool makeFirstResponder(NSView& view) override;
+    NSView* firstResponder() const override { return m_firstResponder; }
+    bool makeFirstResponder(NSView* view) override;
     void viewWillGo(NSView& view) override;
+    void viewsChanged() override { }
+    bool isKey() const override { return m_widget.isActiveWindow(); }
+    NSWindow& window() override { return m_window; }
 
     void focusIn(Qt::FocusReason reason);
     void focusOut();
@@ -111,7 +111,6 @@ public:
 
     const std::shared_ptr<NSView> root;
     const NSSize sizeHint;
-    NSView* firstResponder = nullptr;
 
 private:
     using Message = void (NSResponder::*)(const NSEvent&);
@@ -132,7 +131,8 @@ private:
     void countClick(const QMouseEvent& event);
 
     ViewWidget& m_widget;
-    ChainEnd m_chainEnd;
+    HostedWindow m_window {*this};
+    NSView* m_firstResponder = nullptr;
     bool m_isFirstResponderTold = false; // that it has the focus
     std::optional<Offer> m_offer;
     NSView* m_pressed = nullptr;
@@ -146,34 +146,40 @@ void ViewWidget::Private::setNeedsDisplayInRect(NSRect rect) {
     m_widget.update(QRectF(NSMinX(rect), top, rect.size.width, rect.size.height).toAlignedRect());
 }
 
-bool ViewWidget::Private::makeFirstResponder(NSView& view) {
-    if (&view != firstResponder) {
-        if (!view.acceptsFirstResponder() || !isWithin(&view, *root) || !resignFirstResponder())
+bool ViewWidget::Private::makeFirstResponder(NSView* view) {
+    if (!view) {
+        const bool leaves = resignFirstResponder();
+        if (leaves)
+            m_firstResponder = nullptr;
+        return leaves;
+    }
+    if (view != m_firstResponder) {
+        if (!view->acceptsFirstResponder() || !isWithin(view, *root) || !resignFirstResponder())
             return false;
-        firstResponder = &view;
+        m_firstResponder = view;
     }
     if (m_widget.hasFocus())
         becomeFirstResponder();
     else
         m_widget.setFocus(Qt::OtherFocusReason);
-    return firstResponder == &view && m_isFirstResponderTold;
+    return isWithin(m_firstResponder, *view) && m_isFirstResponderTold;
 }
 
 void ViewWidget::Private::viewWillGo(NSView& view) {
     if (isWithin(m_pressed, view))
         m_pressed = nullptr;
-    if (isWithin(firstResponder, view)) {
+    if (isWithin(m_firstResponder, view)) {
         resignFirstResponder();
-        firstResponder = nullptr;
+        m_firstResponder = nullptr;
         m_isFirstResponderTold = false;
     }
 }
 
 void ViewWidget::Private::becomeFirstResponder() {
-    if (!firstResponder || std::exchange(m_isFirstResponderTold, true))
+    if (!m_firstResponder || std::exchange(m_isFirstResponderTold, true))
         return;
     callGuarded([this] {
-        if (!firstResponder->becomeFirstResponder())
+        if (!m_firstResponder->becomeFirstResponder())
             m_isFirstResponderTold = false;
     });
 }
@@ -182,7 +188,7 @@ bool ViewWidget::Private::resignFirstResponder() {
     if (!std::exchange(m_isFirstResponderTold, false))
         return true;
     bool leaves = true;
-    callGuarded([&] { leaves = firstResponder->resignFirstResponder(); });
+    callGuarded([&] { leaves = m_firstResponder->resignFirstResponder(); });
     m_isFirstResponderTold = !leaves;
     return leaves;
 }
@@ -191,9 +197,9 @@ void ViewWidget::Private::focusIn(Qt::FocusReason reason) {
     const auto views = focusable();
     if (!views.empty()) {
         if (reason == Qt::BacktabFocusReason)
-            firstResponder = views.back();
-        else if (reason == Qt::TabFocusReason || !firstResponder)
-            firstResponder = views.front();
+            m_firstResponder = views.back();
+        else if (reason == Qt::TabFocusReason || !m_firstResponder)
+            m_firstResponder = views.front();
     }
     becomeFirstResponder();
 }
@@ -206,10 +212,10 @@ void ViewWidget::Private::focusOut() {
 
 bool ViewWidget::Private::moveFocus(bool forward) {
     const auto views = focusable();
-    const auto current = std::ranges::find(views, firstResponder);
+    const auto current = std::ranges::find(views, m_firstResponder);
     if (current == views.end() || (forward ? current + 1 == views.end() : current == views.begin()))
         return false;
-    makeFirstResponder(**(forward ? current + 1 : current - 1));
+    makeFirstResponder(*(forward ? current + 1 : current - 1));
     return true;
 }
 
@@ -240,7 +246,7 @@ bool ViewWidget::Private::takes(const QKeyEvent& event) {
 
 void ViewWidget::Private::key(QKeyEvent& event) {
     const bool isRelease = event.type() == QEvent::KeyRelease;
-    if (!firstResponder || (isRelease && event.isAutoRepeat())) {
+    if (!m_firstResponder || (isRelease && event.isAutoRepeat())) {
         event.ignore();
         return;
     }
@@ -248,8 +254,8 @@ void ViewWidget::Private::key(QKeyEvent& event) {
     const Message message = translated.type == NSEvent::Type::flagsChanged
         ? &NSResponder::flagsChanged
         : (isRelease ? &NSResponder::keyUp : &NSResponder::keyDown);
-    send(*firstResponder, message, translated);
-    event.setAccepted(!m_chainEnd.takeIsReached());
+    send(*m_firstResponder, message, translated);
+    event.setAccepted(!m_window.takeIsReached());
 }
 
 void ViewWidget::Private::press(QMouseEvent& event) {
@@ -265,7 +271,7 @@ void ViewWidget::Private::press(QMouseEvent& event) {
         return;
     m_pressed = view;
     if (view->acceptsFirstResponder())
-        makeFirstResponder(*view);
+        makeFirstResponder(view);
     if (m_pressed)
         send(*m_pressed, &NSResponder::mouseDown, translated);
 }
@@ -326,7 +332,7 @@ ViewWidget::ViewWidget(std::shared_ptr<NSView> rootView, QWidget* parent)
 ViewWidget::~ViewWidget() = default;
 
 const std::shared_ptr<NSView>& ViewWidget::rootView() const { return d->root; }
-NSView* ViewWidget::firstResponder() const { return d->firstResponder; }
+NSView* ViewWidget::firstResponder() const { return d->firstResponder(); }
 
 QSize ViewWidget::sizeHint() const {
     return QSizeF(d->sizeHint.width, d->sizeHint.height).toSize();

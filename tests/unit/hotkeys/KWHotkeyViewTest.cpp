@@ -6,6 +6,7 @@
 #include <KWToolkit/platform/foundation/Message.h>
 #include <KWToolkit/platform/headless/HeadlessHotkeyService.h>
 #include <KWToolkit/platform/headless/HeadlessKeyboardLayout.h>
+#include <KWToolkit/platform/headless/HeadlessViewHost.h>
 #include <KWToolkit/platform/headless/RecordingGraphicsContext.h>
 
 #include <gtest/gtest.h>
@@ -57,13 +58,6 @@ public:
     std::string log;
 };
 
-struct CountingHost : ViewHost {
-    void setNeedsDisplayInRect(NSRect) override { ++redraws; }
-    bool makeFirstResponder(NSView&) override { return true; }
-    void viewWillGo(NSView&) override { }
-    int redraws = 0;
-};
-
 struct KWHotkeyViewTest : testing::Test {
     KWHotkeyViewTest() {
         view.setHost(&host);
@@ -75,7 +69,7 @@ struct KWHotkeyViewTest : testing::Test {
     HeadlessHotkeyService service;
     ServiceScope<HeadlessHotkeyService> serviceScope {service};
     Delegate delegate;
-    CountingHost host;
+    HeadlessViewHost host;
     KWHotkeyView view {NSMakeRect(0, 0, 200, 40)};
 
     static NSEvent key(std::string characters, std::uint32_t flags) {
@@ -87,7 +81,7 @@ struct KWHotkeyViewTest : testing::Test {
         view.mouseDown({});
         view.mouseUp({});
         delegate.log.clear();
-        host.redraws = 0;
+        host.dirty.clear();
     }
     void expectLooks(const char* text, NSColor color, float fontSize) {
         Recording context;
@@ -117,11 +111,11 @@ TEST_F(KWHotkeyViewTest, GoesThroughItsStates) {
     expectLooks("Type a hotkey", armed, 14);
     view.flagsChanged(key("", option));
 
-    host.redraws = 0;
+    host.dirty.clear();
     view.keyDown(key("k", option | command));
     EXPECT_EQ(delegate.log, "will changed:⌥ ⌘ K ");
     expectLooks("⌥ ⌘ K", atRest, 20);
-    EXPECT_EQ(host.redraws, 1);
+    EXPECT_EQ(host.dirty.size(), 1);
     EXPECT_EQ(hotkeyFromRecord(*view.registeredHotkey()),
         (Hotkey {
             .hasKey = true, .keycode = keyK, .character = u'k', .command = true, .option = true}));
@@ -161,7 +155,7 @@ TEST_F(KWHotkeyViewTest, KeysWhileArmed) {
         EXPECT_EQ(delegate.log, row.log);
         EXPECT_EQ(view.acceptHotkey(), row.staysArmed);
         EXPECT_EQ(service.isSuspended(), row.staysArmed);
-        EXPECT_EQ(host.redraws, row.staysArmed ? 0 : 1);
+        EXPECT_EQ(host.dirty.size(), row.staysArmed ? 0 : 1);
         EXPECT_EQ(colorOf(view), row.staysArmed ? armed : atRest);
         const auto& registered = view.registeredHotkey();
         EXPECT_EQ(registered ? renderHotkeyRecord(*registered) : none, row.hotkey);
@@ -177,9 +171,9 @@ TEST_F(KWHotkeyViewTest, AtRestItTakesNoKeysAndPassesNoneOn) {
     view.setNextResponder(&next);
     view.keyDown(key("k", command));
     EXPECT_FALSE(view.performKeyEquivalent(key("k", command)));
-    EXPECT_EQ(host.redraws, 0);
+    EXPECT_EQ(host.dirty.size(), 0);
     view.flagsChanged(key("", option));
-    EXPECT_EQ(host.redraws, 1); // redrawn, though nothing is kept
+    EXPECT_EQ(host.dirty.size(), 1); // redrawn, though nothing is kept
     EXPECT_EQ(view.modifiersHotkey(), nullptr);
     EXPECT_EQ(delegate.log, "");
 }
@@ -210,7 +204,7 @@ TEST_F(KWHotkeyViewTest, ALoneMouseReleaseArmsAndSuspendsUntilTheViewIsGone) {
 
 TEST_F(KWHotkeyViewTest, ASetRecordIsShownWithoutFurtherAdo) {
     view.setRegisteredHotkey(std::make_shared<HotkeyRecord>());
-    EXPECT_EQ(host.redraws, 0);
+    EXPECT_EQ(host.dirty.size(), 0);
     EXPECT_EQ(delegate.log, "");
     expectLooks("", atRest, 20); // a record that names no key is big all the same
 }

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include <KWToolkit/platform/ui/NSView.h>
 
+#include <KWToolkit/platform/headless/HeadlessViewHost.h>
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -13,14 +15,6 @@ struct FlippedView : NSView {
     bool isFlipped() const override { return true; }
 };
 
-struct Host : ViewHost {
-    void setNeedsDisplayInRect(NSRect rect) override { dirty.push_back(rect); }
-    bool makeFirstResponder(NSView&) override { return false; }
-    void viewWillGo(NSView& view) override { gone.push_back(&view); }
-    std::vector<NSRect> dirty;
-    std::vector<NSView*> gone;
-};
-
 struct NSViewTest : testing::Test {
     NSViewTest() {
         root->setHost(&host);
@@ -30,7 +24,7 @@ struct NSViewTest : testing::Test {
     }
     ~NSViewTest() override { root->setHost(nullptr); }
 
-    Host host;
+    HeadlessViewHost host;
     std::shared_ptr<NSView> root = std::make_shared<NSView>(NSMakeRect(0, 0, 200, 100));
     std::shared_ptr<NSView> flipped = std::make_shared<FlippedView>(NSMakeRect(10, 20, 100, 60));
     std::shared_ptr<NSView> inner = std::make_shared<NSView>(NSMakeRect(5, 5, 20, 10));

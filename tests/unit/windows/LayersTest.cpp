@@ -4,6 +4,7 @@
 #include <KWToolkit/platform/foundation/NSException.h>
 #include <KWToolkit/platform/foundation/NSKeyValueCoding.h>
 #include <KWToolkit/platform/headless/HeadlessRunLoop.h>
+#include <KWToolkit/platform/headless/HeadlessViewHost.h>
 #include <KWToolkit/platform/headless/HeadlessWorkspace.h>
 #include <KWToolkit/platform/headless/RecordingGraphicsContext.h>
 #include <KWToolkit/platform/ui/CAConstraintLayoutManager.h>
@@ -32,13 +33,6 @@ using Layer = std::shared_ptr<CALayer>;
 constexpr double infinite = std::numeric_limits<double>::infinity();
 
 CGColor gray(double white) { return {CGColorSpace::deviceGray, {white, 1}}; }
-
-struct Host : ViewHost {
-    void setNeedsDisplayInRect(NSRect) override { ++redraws; }
-    bool makeFirstResponder(NSView&) override { return false; }
-    void viewWillGo(NSView&) override { }
-    int redraws = 0;
-};
 
 /// Writes down what it is run for.
 struct Note : CAAction {
@@ -486,7 +480,7 @@ TEST_F(Layers, DrawsBackToFrontWithTheBorderOnTop) {
 }
 
 TEST_F(Layers, AViewFollowsItsLayersWhileTheyChange) {
-    Host host;
+    HeadlessViewHost host;
     auto view = std::make_shared<NSView>(NSMakeRect(10, 10, 100, 50));
     view->setHost(&host);
     const Layer root = shown(NSMakeRect(3, 3, 3, 3));
@@ -497,14 +491,14 @@ TEST_F(Layers, AViewFollowsItsLayersWhileTheyChange) {
     EXPECT_THAT(root->animationKeys(), IsEmpty());
     loop.runOnce(0);
 
-    host.redraws = 0;
+    host.dirty.clear();
     leaf->setMasksToBounds(true);
-    EXPECT_EQ(host.redraws, 1);
+    EXPECT_EQ(host.dirty.size(), 1);
     leaf->setPosition({5, 5});
     loop.runOnce(0);
-    host.redraws = 0;
+    host.dirty.clear();
     loop.advance(2);
-    EXPECT_THAT(host.redraws, testing::AllOf(testing::Ge(15), testing::Le(17)));
+    EXPECT_THAT(host.dirty.size(), testing::AllOf(testing::Ge(15), testing::Le(17)));
     EXPECT_FALSE(loop.runOnce(1));
 
     leaf->setPosition({0, 0});

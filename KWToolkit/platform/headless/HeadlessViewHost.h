@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <KWToolkit/platform/ui/NSView.h>
+#include <KWToolkit/platform/ui/NSWindow.h>
+
+#include <vector>
+
+namespace kw {
+
+/// Shows a tree of views to nobody, and keeps what it is told.
+///
+///     kw::HeadlessViewHost host;
+///     view.setHost(&host);
+class HeadlessViewHost final : public ViewHost {
+public:
+    bool isKeyWindow = true;
+    std::vector<NSRect> dirty; ///< what was to be drawn anew
+    std::vector<NSView*> gone;
+    int changes = 0;
+
+    void setNeedsDisplayInRect(NSRect rect) override { dirty.push_back(rect); }
+    void viewWillGo(NSView& view) override {
+        gone.push_back(&view);
+        if (m_firstResponder && m_firstResponder->isDescendantOf(view))
+            makeFirstResponder(nullptr);
+    }
+    void viewsChanged() override { ++changes; }
+    bool isKey() const override { return isKeyWindow; }
+    NSWindow& window() override { return m_window; }
+    NSView* firstResponder() const override { return m_firstResponder; }
+    bool makeFirstResponder(NSView* view) override {
+        if (view == m_firstResponder)
+            return true;
+        NSView* const former = std::exchange(m_firstResponder, nullptr);
+        if (former && !former->resignFirstResponder()) {
+            m_firstResponder = former;
+            return false;
+        }
+        if (!view || !view->acceptsFirstResponder())
+            return !view;
+        m_firstResponder = view;
+        return view->becomeFirstResponder();
+    }
+
+private:
+    NSView* m_firstResponder = nullptr;
+    NSWindow m_window {*this};
+};
+
+} // namespace kw
