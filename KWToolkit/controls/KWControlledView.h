@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <KWToolkit/platform/Export.h>
+#include <KWToolkit/platform/ui/NSView.h>
+
+namespace kw {
+
+class NSViewController;
+
+/// A view whose controller comes right after it in the responder chain, also when the view moves to
+/// another superview. Main thread.
+class KW_EXPORT KWControlledView : public NSView {
+public:
+    using NSView::NSView;
+
+    static Class& classObject();
+    Class& isa() const override { return classObject(); }
+
+    NSViewController* viewController() const { return m_viewController; }
+    /// Takes the former controller out of the chain and puts this one in its place; null only takes
+    /// out. It is not owned, and must be taken out before it dies; a `KWViewController` does that.
+    void setViewController(NSViewController* controller);
+    /// The controller's next responder while there is one, else the view's.
+    void setNextResponder(NSResponder* responder) override;
+
+private:
+    NSViewController* m_viewController = nullptr;
+};
+
+} // namespace kw
