@@ -22,12 +22,11 @@ NSAttributedString::Attributes NSAttributedString::attributesAtIndex(std::size_t
 }
 
 void NSAttributedString::appendAttributedString(const NSAttributedString& string) {
-    const NSAttributedString appended = string; // may be this one
-    for (Run run : appended.m_runs) {
+    for (Run run : std::vector(string.m_runs)) { // may be this one's
         run.range.location += m_string.size();
         m_runs.push_back(std::move(run));
     }
-    m_string += appended.m_string;
+    m_string += string.m_string;
     join();
 }
 
