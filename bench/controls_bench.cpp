@@ -84,36 +84,46 @@ QWidget* makeLabels(Arrangement arrangement, bool hasShadow) {
 
 using Make = QWidget* (*)(Arrangement, bool);
 
+/// Badges in an area that they scroll in.
+struct Scrolled {
+    Scrolled(Make make, Arrangement arrangement, bool hasShadow) {
+        const int rows = arrangement == Arrangement::list ? 30 : 40;
+        area.resize(25 * cell.width() + 40, rows * cell.height() + 4);
+        content = make(arrangement, hasShadow);
+        content->resize(sizeOfAll(arrangement));
+        area.setWidget(content);
+        area.show();
+        QApplication::processEvents();
+    }
+
+    QScrollArea area;
+    QWidget* content;
+};
+
 /// Milliseconds a frame in which everything moves and all that is seen is painted anew.
 void scroll(benchmark::State& state, Make make, Arrangement arrangement, bool hasShadow) {
-    QScrollArea area;
-    area.resize(25 * cell.width() + 40, 30 * cell.height());
-    if (arrangement == Arrangement::wall)
-        area.resize(area.width(), 40 * cell.height() + 4);
-    QWidget* const content = make(arrangement, hasShadow);
-    content->resize(sizeOfAll(arrangement));
-    area.setWidget(content);
-    area.show();
-    QApplication::processEvents();
-    QScrollBar& bar = *area.verticalScrollBar();
+    const Scrolled shown(make, arrangement, hasShadow);
+    QScrollBar& bar = *shown.area.verticalScrollBar();
     int step = 7;
     for (auto _ : state) {
         if (bar.value() + step > bar.maximum() || bar.value() + step < 0)
             step = -step;
         bar.setValue(bar.value() + step);
-        content->update();
+        shown.content->update();
         QApplication::processEvents();
     }
 }
 
-void printMemory(const char* what, Make make) {
-    const std::size_t before = mallinfo2().uordblks;
-    const std::unique_ptr<QWidget> content(make(Arrangement::list, false));
-    content->resize(sizeOfAll(Arrangement::list));
-    content->show();
-    QApplication::processEvents();
-    std::printf("%-42s %9.0f bytes each\n", what,
-        static_cast<double>(mallinfo2().uordblks - before) / badges);
+/// All of it, what is drawn into included: which is the same for whatever is shown.
+std::size_t bytesInUse() {
+    const auto usage = mallinfo2();
+    return usage.uordblks + usage.hblkhd;
+}
+
+double bytesEach(Make make) {
+    const std::size_t before = bytesInUse();
+    const Scrolled shown(make, Arrangement::list, false);
+    return static_cast<double>(bytesInUse() - before) / badges;
 }
 
 } // namespace
@@ -137,10 +147,11 @@ int main(int argc, char** argv) {
                 (who + one.name).c_str(), scroll, make, one.arrangement, one.hasShadow)
                 ->Unit(benchmark::kMillisecond);
     }
-    printMemory("first of each, not counted", makeViews);
-    printMemory("first of each, not counted", makeLabels);
-    printMemory("badges", makeViews);
-    printMemory("labels", makeLabels);
+    for (const Make make : {makeViews, makeLabels})
+        bytesEach(make); // what is made once
+    const double area = bytesEach([](Arrangement, bool) { return new QWidget; });
+    std::printf("bytes a badge: %.0f\nbytes a label: %.0f\n", bytesEach(makeViews) - area,
+        bytesEach(makeLabels) - area);
     if (!kw::bench::initializeInTurns(argc, argv, 5, "0.3"))
         return 1;
     kw::bench::RatioReporter reporter;
