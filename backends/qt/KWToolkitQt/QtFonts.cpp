@@ -70,6 +70,11 @@ QColor toQColor(const NSColor& color) {
         static_cast<float>(rgb->alphaComponent()));
 }
 
+NSColor toNSColor(const QColor& color) {
+    const QColor rgb = color.toRgb();
+    return NSColor::colorWithDeviceRed(rgb.redF(), rgb.greenF(), rgb.blueF(), rgb.alphaF());
+}
+
 QString toDrawnText(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()))
         .remove(QChar(u'\0'))

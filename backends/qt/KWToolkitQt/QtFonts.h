@@ -23,6 +23,7 @@ QFont toQFont(const NSFont& font, const QPaintDevice& device,
 
 /// Transparent for a pattern.
 QColor toQColor(const NSColor& color);
+NSColor toNSColor(const QColor& color);
 
 /// The text without U+0000, which would be drawn as an empty box: it is the letter of a key that a
 /// keyboard layout does not know. Any kind of line end becomes a line feed; what is not UTF-8
