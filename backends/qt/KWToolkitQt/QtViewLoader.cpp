@@ -221,7 +221,7 @@ std::shared_ptr<NSView> QtViewLoader::loadView(
         return nullptr;
     }
     const std::string path = folder + '/' + name + ".ui";
-    if (name.empty() || name.contains('/') || path.contains('\0')) {
+    if (name.empty() || name.find('/') != name.npos || path.find('\0') != path.npos) {
         reason = "\"" + name + "\" is no name of a layout file";
         return nullptr;
     }
