@@ -397,8 +397,9 @@ std::shared_ptr<const TextLayout> QtGraphicsContext::layoutOf(
         strategy |= QFont::NoSubpixelAntialias;
     if (!state().isSmooth)
         strategy |= QFont::NoAntialias;
-    return textLayout(text, attributes.font, static_cast<QFont::StyleStrategy>(strategy),
-        *target().device(), box);
+    // NOLINTNEXTLINE(clang-analyzer-optin.core.EnumCastOutOfRange): strategies are combined so
+    const auto combined = static_cast<QFont::StyleStrategy>(strategy);
+    return textLayout(text, attributes.font, combined, *target().device(), box);
 }
 
 NSSize QtGraphicsContext::sizeOfText(std::string_view text, const TextAttributes& attributes) {

@@ -14,11 +14,11 @@
 
 #include <QApplication>
 #include <QBuffer>
+#include <QFile>
 #include <QLayout>
 #include <QUiLoader>
 
 #include <any>
-#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
@@ -31,7 +31,7 @@ namespace kw::qt {
 namespace {
 
 constexpr double pointsPerInch = 72;
-constexpr std::size_t largestFile = std::size_t {64} << 20; // of a layout, in bytes
+constexpr qint64 largestFile = qint64 {1} << 24; // of a layout, in bytes
 
 std::optional<QByteArray> contentOf(const std::string& path, std::string& reason) {
     const auto fail = [&](const std::string& why) {
@@ -43,20 +43,19 @@ std::optional<QByteArray> contentOf(const std::string& path, std::string& reason
     const auto status = std::filesystem::status(path, error);
     if (!std::filesystem::is_regular_file(status))
         return fail(error ? error.message() : "is no file");
-    const auto close = [](std::FILE* file) { std::fclose(file); };
-    const std::unique_ptr<std::FILE, decltype(close)> file(std::fopen(path.c_str(), "rbe"));
-    if (!file)
+    std::FILE* const stream = std::fopen(path.c_str(), "rbe");
+    if (!stream)
         return fail(std::generic_category().message(errno));
-    QByteArray content;
-    std::array<char, 1 << 14> part {};
-    for (std::size_t count = 0;
-        (count = std::fread(part.data(), 1, part.size(), file.get())) > 0;) {
-        content.append(part.data(), static_cast<qsizetype>(count));
-        if (static_cast<std::size_t>(content.size()) > largestFile)
-            return fail("is too large for a layout");
+    QFile file; // by a stream, as the path may hold any bytes
+    if (!file.open(stream, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
+        std::fclose(stream);
+        return fail(file.errorString().toStdString());
     }
-    if (std::ferror(file.get()))
-        return fail(std::generic_category().message(errno));
+    QByteArray content = file.read(largestFile + 1);
+    if (file.error() != QFileDevice::NoError)
+        return fail(file.errorString().toStdString());
+    if (content.size() > largestFile)
+        return fail("is too large for a layout");
     return content;
 }
 
