@@ -22,6 +22,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <system_error>
 #include <utility>
@@ -43,14 +44,13 @@ std::optional<QByteArray> contentOf(const std::string& path, std::string& reason
     const auto status = std::filesystem::status(path, error);
     if (!std::filesystem::is_regular_file(status))
         return fail(error ? error.message() : "is no file");
-    std::FILE* const stream = std::fopen(path.c_str(), "rbe");
+    const auto close = [](std::FILE* stream) { std::fclose(stream); };
+    const std::unique_ptr<std::FILE, decltype(close)> stream(std::fopen(path.c_str(), "rbe"));
     if (!stream)
         return fail(std::generic_category().message(errno));
     QFile file; // by a stream, as the path may hold any bytes
-    if (!file.open(stream, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
-        std::fclose(stream);
+    if (!file.open(stream.get(), QIODevice::ReadOnly))
         return fail(file.errorString().toStdString());
-    }
     QByteArray content = file.read(largestFile + 1);
     if (file.error() != QFileDevice::NoError)
         return fail(file.errorString().toStdString());
