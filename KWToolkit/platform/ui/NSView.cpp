@@ -68,13 +68,16 @@ void NSView::addSubview(std::shared_ptr<NSView> view) {
 void NSView::removeFromSuperview() {
     if (!m_superview)
         return;
+    const std::shared_ptr<NSObject> alive = weak_from_this().lock();
     if (ViewHost* const shownBy = host())
         shownBy->viewWillGo(*this);
+    // Whoever was told may have removed it.
+    if (!m_superview)
+        return;
     NSView* const superview = std::exchange(m_superview, nullptr);
     superview->setNeedsDisplayInRect(m_frame);
     superview->setNeedsPeerUpdate();
     setNextResponder(nullptr);
-    // Last: this may have been the only owner.
     std::erase_if(superview->m_subviews, [this](const auto& view) { return view.get() == this; });
 }
 
@@ -91,6 +94,18 @@ bool NSView::isDescendantOf(const NSView& view) const {
     while (ancestor && ancestor != &view)
         ancestor = ancestor->m_superview;
     return ancestor != nullptr;
+}
+
+NSView* NSView::viewWithIdentifier(const std::string& identifier) {
+    if (identifier.empty())
+        return nullptr;
+    if (identifier == m_identifier)
+        return this;
+    for (const auto& view : m_subviews) {
+        if (NSView* const found = view->viewWithIdentifier(identifier))
+            return found;
+    }
+    return nullptr;
 }
 
 void NSView::resizeSubviewsWithOldSize(NSSize) { }

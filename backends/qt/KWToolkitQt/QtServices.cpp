@@ -5,8 +5,12 @@
 #include <KWToolkit/platform/Platform.h>
 #include <KWToolkitQt/QtAlertService.h>
 #include <KWToolkitQt/QtApplicationService.h>
+#include <KWToolkitQt/QtCursorService.h>
 #include <KWToolkitQt/QtImageDecoder.h>
 #include <KWToolkitQt/QtRunLoop.h>
+#include <KWToolkitQt/QtSystemColors.h>
+#include <KWToolkitQt/QtTextMetrics.h>
+#include <KWToolkitQt/QtViewLoader.h>
 
 #include <QCoreApplication>
 
@@ -20,6 +24,10 @@ void useQtServices() {
         setServiceFactory<ApplicationService>(
             [] { return std::make_unique<QtApplicationService>(); });
         setServiceFactory<ImageDecoder>([] { return std::make_unique<QtImageDecoder>(); });
+        setServiceFactory<CursorService>([] { return std::make_unique<QtCursorService>(); });
+        setServiceFactory<TextMetrics>([] { return std::make_unique<QtTextMetrics>(); });
+        setServiceFactory<SystemColors>([] { return std::make_unique<QtSystemColors>(); });
+        setServiceFactory<ViewLoader>([] { return std::make_unique<QtViewLoader>(); });
         QtApplicationService::watchQuit();
         // So that other threads know the main thread's loop before anyone asks there.
         qAddPreRoutine([] { Platform::runLoop(); });
