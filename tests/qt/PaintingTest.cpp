@@ -475,9 +475,9 @@ TEST(Painting, PaintsWholePixelsWithoutAntialiasing) {
         NSBezierPath path;
         QRect ink;
     } rows[] {
-        {false, 1, line({0, 19}, {40, 19}, 1), {0, 1, 40, 1}}, // a point below the upper edge
-        {false, 1, line({0, 18}, {40, 18}, 1), {0, 2, 40, 1}},
-        {true, 1, line({0, 1}, {40, 1}, 1), {0, 1, 40, 1}},
+        {false, 1, line({0, 19}, {40, 19}, 1), {0, 0, 40, 1}}, // along the upper edge
+        {false, 1, line({0, 18}, {40, 18}, 1), {0, 1, 40, 1}},
+        {true, 1, line({0, 1}, {40, 1}, 1), {0, 0, 40, 1}},
         {false, 1, line({7, 0}, {7, 20}, 1), {7, 0, 1, 20}},
         {false, 1.5, line({0, 19}, {40, 19}, 1), {0, 1, 60, 1}},
         {false, 1.5, line({0, 18}, {40, 18}, 1), {0, 2, 60, 2}},

@@ -28,6 +28,7 @@ namespace kw::qt {
 namespace {
 
 constexpr double defaultMiterLimit = 10;
+constexpr double tieBreak = 1.0 / 32; // less than what is seen, more than what Qt rounds away
 constexpr double mostCachedPixels = 1 << 20; // of a shadow
 constexpr double farthestPixel = 1 << 24; // of a shadow
 constexpr double largestSigma = 512; // in pixels; wider shadows cannot be told from none
@@ -326,9 +327,15 @@ void QtGraphicsContext::stroke(const NSBezierPath& path) {
     QPen pen(state().strokeColor, width, Qt::SolidLine, Qt::FlatCap, Qt::SvgMiterJoin);
     pen.setMiterLimit(defaultMiterLimit);
     const double reach = std::max(width, 1.0) * defaultMiterLimit / 2;
-    paintWithShadow(
-        outline.boundingRect().adjusted(-reach, -reach, reach, reach),
-        [&](QPainter& painter) { painter.strokePath(outline, pen); },
+    // Qt takes centers on the lower edge instead.
+    const double lift = state().isSmooth ? 0 : tieBreak;
+    const auto paint = [&](QPainter& painter) {
+        const QTransform before = painter.worldTransform();
+        painter.setWorldTransform(before * QTransform::fromTranslate(0, -lift));
+        painter.strokePath(outline, pen);
+        painter.setWorldTransform(before);
+    };
+    paintWithShadow(outline.boundingRect().adjusted(-reach, -reach, reach, reach), paint,
         [&]() -> std::optional<QString> {
             CacheKey key;
             key << 's' << pen.color().alpha() << width << path;

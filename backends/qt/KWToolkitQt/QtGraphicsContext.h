@@ -28,10 +28,10 @@ namespace kw::qt {
 /// A transparency layer is a picture of the pixels inside the clip. On what has no pixels
 /// (QPicture, PDF) each shape has the layer's alpha by itself, and the layer no shadow.
 ///
-/// Without antialiasing a pixel is painted where its center lies inside; of centers on an edge
-/// those on the lower and right edges of the device do. So at one pixel per point a line one point
-/// wide along y = h paints the row of pixels below it, whichever way y goes; at two the rows on
-/// both sides.
+/// Without antialiasing a pixel is painted where its center lies inside; of centers on an edge of a
+/// stroke those on the upper and right edges of the device do. So at one pixel per point a line one
+/// point wide along y = h paints the row of pixels above it, whichever way y goes; at two the rows
+/// on both sides.
 ///
 /// What has a coordinate that is no finite number is not drawn. Texts in a rectangle without a
 /// width are not, either.
