@@ -9,6 +9,7 @@
 #include <KWToolkitQt/KeyTranslation.h>
 #include <KWToolkitQt/KeyboardGrabFilter.h>
 #include <KWToolkitQt/QtGraphicsContext.h>
+#include <KWToolkitQt/ViewAccessibility.h>
 
 #include <QGuiApplication>
 #include <QMouseEvent>
@@ -95,7 +96,7 @@ public:
     NSView* firstResponder() const override { return m_firstResponder; }
     bool makeFirstResponder(NSView* view) override;
     void viewWillGo(NSView& view) override;
-    void viewsChanged() override { }
+    void viewsChanged() override { m_accessibility.update(); }
     bool isKey() const override { return m_widget.isActiveWindow(); }
     NSWindow& window() override { return m_window; }
 
@@ -132,6 +133,7 @@ private:
 
     ViewWidget& m_widget;
     HostedWindow m_window {*this};
+    ViewAccessibility m_accessibility {m_widget, *root};
     NSView* m_firstResponder = nullptr;
     bool m_isFirstResponderTold = false; // that it has the focus
     std::optional<Offer> m_offer;
@@ -144,6 +146,7 @@ private:
 void ViewWidget::Private::setNeedsDisplayInRect(NSRect rect) {
     const double top = root->isFlipped() ? NSMinY(rect) : root->bounds().size.height - NSMaxY(rect);
     m_widget.update(QRectF(NSMinX(rect), top, rect.size.width, rect.size.height).toAlignedRect());
+    m_accessibility.update();
 }
 
 bool ViewWidget::Private::makeFirstResponder(NSView* view) {
@@ -173,9 +176,11 @@ void ViewWidget::Private::viewWillGo(NSView& view) {
         m_firstResponder = nullptr;
         m_isFirstResponderTold = false;
     }
+    m_accessibility.viewWillGo(view);
 }
 
 void ViewWidget::Private::becomeFirstResponder() {
+    m_accessibility.update();
     if (!m_firstResponder || std::exchange(m_isFirstResponderTold, true))
         return;
     callGuarded([this] {
@@ -207,6 +212,7 @@ void ViewWidget::Private::focusIn(Qt::FocusReason reason) {
 void ViewWidget::Private::focusOut() {
     resignFirstResponder();
     m_isFirstResponderTold = false; // Qt's focus cannot be held back.
+    m_accessibility.update();
     m_offer.reset();
 }
 
