@@ -5,6 +5,7 @@
 #include <KWToolkit/hotkeys/KWHotkeyView.h>
 #include <KWToolkit/platform/Platform.h>
 #include <KWToolkit/platform/headless/HeadlessHotkeyService.h>
+#include <KWToolkit/platform/ui/NSButton.h>
 #include <KWToolkit/platform/ui/NSTextField.h>
 
 #include <gmock/gmock.h>
@@ -110,6 +111,24 @@ TEST_F(Accessibility, TellsOfViewsThatHaveARole) {
     window.emplace(recorder);
     EXPECT_EQ(describe(*widget()),
         "Client '' '' [HotkeyField 'Search' 'Click to set a hotkey']"); // the root itself
+}
+
+TEST_F(Accessibility, LeavesNativeWidgetsTheirOwnInterfaces) {
+    const auto button = std::make_shared<NSButton>(NSMakeRect(0, 0, 50, 30));
+    button->setTitle("Go");
+    group->addSubview(button);
+    QAccessibleInterface* const told = child(1);
+    field->selectText();
+    takeEvents();
+    EXPECT_EQ(describe(*widget()),
+        "Client '' '' [Grouping '' '' [StaticText '7' '7'], Button 'Go' '', "
+        "EditableText 'Name' 'Zoë', HotkeyField 'Search' 'Click to set a hotkey']");
+    EXPECT_NE(child(2)->object(), nullptr);
+    EXPECT_TRUE(child(2)->state().focused);
+    EXPECT_TRUE(told->state().invisible);
+    window->other->setFocus();
+    EXPECT_EQ(child(2), told);
+    EXPECT_FALSE(told->state().invisible);
 }
 
 TEST_F(Accessibility, KnowsWhereViewsAre) {

@@ -68,13 +68,16 @@ void NSView::addSubview(std::shared_ptr<NSView> view) {
 void NSView::removeFromSuperview() {
     if (!m_superview)
         return;
+    const std::shared_ptr<NSObject> alive = weak_from_this().lock();
     if (ViewHost* const shownBy = host())
         shownBy->viewWillGo(*this);
+    // Whoever was told may have removed it.
+    if (!m_superview)
+        return;
     NSView* const superview = std::exchange(m_superview, nullptr);
     superview->setNeedsDisplayInRect(m_frame);
     superview->setNeedsPeerUpdate();
     setNextResponder(nullptr);
-    // Last: this may have been the only owner.
     std::erase_if(superview->m_subviews, [this](const auto& view) { return view.get() == this; });
 }
 

@@ -4,11 +4,11 @@
 
 #include <KWToolkitQt/Blur.h>
 #include <KWToolkitQt/PatternBrush.h>
+#include <KWToolkitQt/QtFonts.h>
 #include <KWToolkitQt/QtImages.h>
 
 #include <QFont>
 #include <QFontMetricsF>
-#include <QGuiApplication>
 #include <QImage>
 #include <QLinearGradient>
 #include <QMargins>
@@ -29,29 +29,16 @@ namespace kw::qt {
 
 namespace {
 
-constexpr double defaultFontSize = 13;
-constexpr double pointsPerInch = 72;
 constexpr double defaultMiterLimit = 10;
 constexpr double mostCachedPixels = 1 << 20; // of a shadow
 constexpr QMargins farthestShadow(2048, 2048, 2048, 2048); // of a layer, in pixels
 
 QPointF toQt(NSPoint point) { return {point.x, point.y}; }
 
-QColor toQt(const NSColor& color) {
-    const auto component = [](double value) {
-        return static_cast<float>(std::clamp(value, 0.0, 1.0));
-    };
-    const auto rgb = color.colorUsingColorSpace(CGColorSpace::deviceRGB);
-    if (!rgb)
-        return Qt::transparent;
-    return QColor::fromRgbF(component(rgb->redComponent()), component(rgb->greenComponent()),
-        component(rgb->blueComponent()), component(rgb->alphaComponent()));
-}
-
 /// Transparent for a pattern.
 QColor toQt(const CGColor& color) {
     const auto plain = NSColor::colorWithCGColor(color);
-    return plain ? toQt(*plain) : Qt::transparent;
+    return plain ? toQColor(*plain) : Qt::transparent;
 }
 
 QTransform toQt(const CGAffineTransform& matrix) {
@@ -80,12 +67,7 @@ QPainterPath toQt(const NSBezierPath& path) {
     return result;
 }
 
-QStringList linesOf(std::string_view text) {
-    // U+0000, the letter of a key that the layout does not know, would be drawn as an empty box.
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()))
-        .remove(QChar(u'\0'))
-        .split(u'\n');
-}
+QStringList linesOf(std::string_view text) { return toDrawnText(text).split(u'\n'); }
 
 /// The pixels that a painter can reach; nothing where it has none.
 std::optional<QRect> visiblePixels(const QPainter& painter) {
@@ -258,7 +240,7 @@ void QtGraphicsContext::setFillColor(const NSColor& color) {
     if (pattern)
         setFillColor(*pattern);
     else
-        state().fill = toQt(color);
+        state().fill = toQColor(color);
 }
 
 void QtGraphicsContext::setFillColor(const CGColor& color) {
@@ -277,7 +259,9 @@ void QtGraphicsContext::setFillColor(const CGColor& color) {
 void QtGraphicsContext::setShouldAntialias(bool) { }
 void QtGraphicsContext::setShouldSmoothFonts(bool) { }
 
-void QtGraphicsContext::setStrokeColor(const NSColor& color) { state().strokeColor = toQt(color); }
+void QtGraphicsContext::setStrokeColor(const NSColor& color) {
+    state().strokeColor = toQColor(color);
+}
 
 void QtGraphicsContext::setShadow(const NSShadow& shadow) {
     state().shadow = isFinite(shadow) ? std::optional(shadow) : std::nullopt;
@@ -319,7 +303,7 @@ void QtGraphicsContext::drawGradient(
         / 2;
     QLinearGradient brush(bounds.center() - half, bounds.center() + half);
     for (const auto& stop : gradient.stops())
-        brush.setColorAt(std::clamp(stop.location, 0.0, 1.0), toQt(stop.color));
+        brush.setColorAt(std::clamp(stop.location, 0.0, 1.0), toQColor(stop.color));
     paintWithShadow(bounds, [&](QPainter& painter) { painter.fillPath(outline, brush); });
 }
 
@@ -347,7 +331,7 @@ void QtGraphicsContext::drawImage(const CGImage& image, const NSRect& rect) {
 }
 
 NSSize QtGraphicsContext::sizeOfText(std::string_view text, const TextAttributes& attributes) {
-    const QFontMetricsF metrics(fontFor(attributes.font), target().device());
+    const QFontMetricsF metrics(toQFont(attributes.font, *target().device()), target().device());
     const QStringList lines = linesOf(text);
     double width = 0;
     for (const QString& line : lines)
@@ -357,11 +341,11 @@ NSSize QtGraphicsContext::sizeOfText(std::string_view text, const TextAttributes
 
 void QtGraphicsContext::drawText(
     std::string_view text, NSPoint origin, const TextAttributes& attributes) {
-    const QFont font = fontFor(attributes.font);
+    const QFont font = toQFont(attributes.font, *target().device());
     const QFontMetricsF metrics(font, target().device());
     const NSSize size = sizeOfText(text, attributes);
     const QStringList lines = linesOf(text);
-    const QColor color = toQt(attributes.color);
+    const QColor color = toQColor(attributes.color);
     const Paint paint = [&](QPainter& painter) {
         painter.save();
         painter.translate(toQt(origin));
@@ -394,17 +378,6 @@ void QtGraphicsContext::drawTextInRect(
     drawText(text, rect.origin, attributes);
 }
 
-QFont QtGraphicsContext::fontFor(const NSFont& font) const {
-    QFont result = QGuiApplication::font();
-    if (!font.family.empty())
-        result.setFamily(QString::fromStdString(font.family));
-    // Qt's own pixel sizes are whole numbers only.
-    const double size = font.size > 0 ? font.size : defaultFontSize;
-    result.setPointSizeF(size * pointsPerInch / target().device()->logicalDpiY());
-    result.setBold(font.isBold);
-    return result;
-}
-
 void QtGraphicsContext::paintWithShadow(const QRectF& bounds, const Paint& paint) {
     if (const auto& shadow = state().shadow)
         paintShadow(*shadow, bounds, paint);
@@ -426,7 +399,7 @@ void QtGraphicsContext::paintShadow(
     if (area.isEmpty() || !toDevice.isInvertible())
         return;
 
-    const QColor color = toQt(shadow.color);
+    const QColor color = toQColor(shadow.color);
     const QTransform toArea = toDevice * QTransform::fromTranslate(-area.x(), -area.y());
     QString key = QStringLiteral("kw-shadow ") + color.name(QColor::HexArgb) + u' ';
     for (const double value : {reach.sigma, toArea.m11(), toArea.m12(), toArea.m21(), toArea.m22(),

@@ -17,7 +17,6 @@
 #include <string_view>
 #include <vector>
 
-class QFont;
 class QPainter;
 
 namespace kw::qt {
@@ -65,7 +64,6 @@ private:
 
     struct Layer;
 
-    QFont fontFor(const NSFont& font) const;
     QPainter& target() const;
     State& state() { return m_states.back(); }
     QBrush fillBrush();

@@ -5,6 +5,7 @@
 #include <KWToolkit/platform/Platform.h>
 #include <KWToolkitQt/QtAlertService.h>
 #include <KWToolkitQt/QtApplicationService.h>
+#include <KWToolkitQt/QtCursorService.h>
 #include <KWToolkitQt/QtImageDecoder.h>
 #include <KWToolkitQt/QtRunLoop.h>
 
@@ -20,6 +21,7 @@ void useQtServices() {
         setServiceFactory<ApplicationService>(
             [] { return std::make_unique<QtApplicationService>(); });
         setServiceFactory<ImageDecoder>([] { return std::make_unique<QtImageDecoder>(); });
+        setServiceFactory<CursorService>([] { return std::make_unique<QtCursorService>(); });
         QtApplicationService::watchQuit();
         // So that other threads know the main thread's loop before anyone asks there.
         qAddPreRoutine([] { Platform::runLoop(); });

@@ -8,6 +8,7 @@
 #include <KWToolkit/platform/ui/NSTextField.h>
 #include <KWToolkit/platform/ui/NSTextView.h>
 #include <KWToolkit/platform/ui/NSWindow.h>
+#include <KWToolkitQt/ViewPeers.h>
 #include <KWToolkitQt/ViewWidget.h>
 
 #include <QAccessibleWidget>
@@ -286,9 +287,10 @@ private:
 
 } // namespace
 
-ViewAccessibility::ViewAccessibility(ViewWidget& widget, NSView& root)
+ViewAccessibility::ViewAccessibility(ViewWidget& widget, NSView& root, const ViewPeers& peers)
     : m_widget(widget)
-    , m_root(root) {
+    , m_root(root)
+    , m_peers(peers) {
     instances()[&widget] = this;
     QAccessible::installFactory(&make); // again does nothing
 }
@@ -303,7 +305,11 @@ QAccessibleInterface* ViewAccessibility::make(const QString&, QObject* object) {
     return found == instances().end() ? nullptr : new ViewWidgetInterface(found->second->m_widget);
 }
 
-QWidget* ViewAccessibility::peer(const NSView&) const { return nullptr; }
+QWidget* ViewAccessibility::peer(NSView& view) const {
+    const auto* const field = dynamic_cast<const NSTextField*>(&view);
+    const auto editor = field ? field->currentEditor() : nullptr;
+    return m_peers.widgetOf(editor ? editor.get() : &view);
+}
 
 QAccessibleInterface* ViewAccessibility::interfaceOf(NSView& view) const {
     if (QWidget* const widget = peer(view))
@@ -374,7 +380,7 @@ QRect ViewAccessibility::screenRect(const NSView& view) const {
     return {m_widget.mapToGlobal(whole.topLeft()), whole.size()};
 }
 
-QAccessible::State ViewAccessibility::state(const NSView& view) const {
+QAccessible::State ViewAccessibility::state(NSView& view) const {
     const auto* const control = dynamic_cast<const NSControl*>(&view);
     const auto* const recorder = dynamic_cast<const KWHotkeyView*>(&view);
     const NSAccessibilityRole role = roleOf(view);

@@ -12,6 +12,7 @@
 namespace kw::qt {
 
 class ViewInterface;
+class ViewPeers;
 class ViewWidget;
 
 /// Tells assistive technology of the views in a widget.
@@ -22,7 +23,7 @@ class ViewWidget;
 /// no parent but the `ViewWidget`, so they are its children, each behind the group that it is in.
 class ViewAccessibility {
 public:
-    ViewAccessibility(ViewWidget& widget, NSView& root);
+    ViewAccessibility(ViewWidget& widget, NSView& root, const ViewPeers& peers);
     ~ViewAccessibility();
     ViewAccessibility(const ViewAccessibility&) = delete;
     ViewAccessibility& operator=(const ViewAccessibility&) = delete;
@@ -48,11 +49,11 @@ public:
     /// On the screen.
     QRect screenRect(const NSView& view) const;
     /// Whether a native widget is told of in the view's place.
-    bool isReplaced(const NSView& view) const { return peer(view) != nullptr; }
-    QAccessible::State state(const NSView& view) const;
+    bool isReplaced(NSView& view) const { return peer(view) != nullptr; }
+    QAccessible::State state(NSView& view) const;
 
 private:
-    QWidget* peer(const NSView& view) const;
+    QWidget* peer(NSView& view) const;
     QAccessibleInterface* interfaceOf(NSView& view) const;
     struct Children {
         std::vector<QAccessibleInterface*> list;
@@ -64,6 +65,7 @@ private:
 
     ViewWidget& m_widget;
     NSView& m_root;
+    const ViewPeers& m_peers;
     // Qt owns them.
     mutable std::unordered_map<const NSView*, ViewInterface*> m_interfaces;
     QAccessible::Id m_toldFocus = 0;

@@ -5,15 +5,22 @@
 #include <KWToolkit/platform/Guarded.h>
 #include <KWToolkit/platform/Platform.h>
 #include <KWToolkit/platform/ui/CATransaction.h>
+#include <KWToolkit/platform/ui/HoverTracker.h>
+#include <KWToolkit/platform/ui/NSTextView.h>
 #include <KWToolkit/platform/ui/NSWindow.h>
 #include <KWToolkitQt/KeyTranslation.h>
 #include <KWToolkitQt/KeyboardGrabFilter.h>
+#include <KWToolkitQt/QtCursorService.h>
 #include <KWToolkitQt/QtGraphicsContext.h>
 #include <KWToolkitQt/ViewAccessibility.h>
+#include <KWToolkitQt/ViewPeers.h>
 
-#include <QGuiApplication>
+#include <QApplication>
+#include <QHoverEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
+#include <QScopedValueRollback>
 #include <QStyleHints>
 
 #include <algorithm>
@@ -26,15 +33,6 @@ namespace kw::qt {
 namespace {
 
 bool isWithin(const NSView* view, const NSView& tree) { return view && view->isDescendantOf(tree); }
-
-void appendFocusable(NSView& tree, std::vector<NSView*>& views) {
-    if (tree.isHidden())
-        return;
-    if (tree.acceptsFirstResponder())
-        views.push_back(&tree);
-    for (const auto& view : tree.subviews())
-        appendFocusable(*view, views);
-}
 
 /// Both the painter's origin and that of `dirty` are the view's upper left corner.
 void paint(QPainter& painter, NSView& view, const QRectF& dirty) {
@@ -54,9 +52,7 @@ void paint(QPainter& painter, NSView& view, const QRectF& dirty) {
         callGuarded([&] { view.drawLayer(context); });
     }
     for (const auto& subview : view.subviews()) {
-        const NSRect frame = subview->frame();
-        const QPointF corner(
-            NSMinX(frame), view.isFlipped() ? NSMinY(frame) : size.height - NSMaxY(frame));
+        const QPointF corner = upperLeftCorner(*subview);
         painter.translate(corner);
         paint(painter, *subview, dirty.translated(-corner));
         painter.translate(-corner);
@@ -86,6 +82,9 @@ public:
         , sizeHint(root->frame().size)
         , m_widget(host) {
         root->setHost(this);
+        QObject::connect(qApp, &QApplication::focusChanged, &m_context,
+            [this](const QWidget*, const QWidget* now) { focusMoved(now); });
+        viewsChanged();
     }
     ~Private() override {
         viewWillGo(*root);
@@ -94,21 +93,26 @@ public:
 
     void setNeedsDisplayInRect(NSRect rect) override;
     NSView* firstResponder() const override { return m_firstResponder; }
-    bool makeFirstResponder(NSView* view) override;
+    bool makeFirstResponder(NSView* view) override { return giveFocus(view, Qt::OtherFocusReason); }
     void viewWillGo(NSView& view) override;
-    void viewsChanged() override { m_accessibility.update(); }
+    void viewsChanged() override;
     bool isKey() const override { return m_widget.isActiveWindow(); }
     NSWindow& window() override { return m_window; }
 
     void focusIn(Qt::FocusReason reason);
     void focusOut();
     bool moveFocus(bool forward);
+    bool takeFocusFromPeer();
+    bool wrapFocus(bool forward);
     bool offer(const QKeyEvent& event);
     bool takes(const QKeyEvent& event);
     void key(QKeyEvent& event);
     void press(QMouseEvent& event);
-    void drag(QMouseEvent& event);
+    void drag(const QMouseEvent& event);
     void release(QMouseEvent& event);
+    void hoverAt(std::optional<QPointF> place);
+    void activationChanged();
+    void updatePeers();
 
     const std::shared_ptr<NSView> root;
     const NSSize sizeHint;
@@ -125,22 +129,40 @@ private:
     };
 
     void send(NSView& view, Message message, const NSEvent& event) const;
+    bool giveFocus(NSView* view, Qt::FocusReason reason);
     void becomeFirstResponder();
     bool resignFirstResponder();
-    std::vector<NSView*> focusable() const;
+    void resignAnyway();
+    void releaseFocus(const QWidget& peer);
+    void focusMoved(const QWidget* now);
+    /// The view that the first responder works for: a text field, where that is its editor.
+    NSView* focused();
+    std::vector<NSView*> focusable();
+    void appendFocusable(NSView& tree, std::vector<NSView*>& views);
+    NSEvent eventAt(NSEvent::Type type, QPointF place) const;
     NSEvent mouseEvent(NSEvent::Type type, const QMouseEvent& event) const;
+    void sendToEditor(const QMouseEvent& event) const;
     void countClick(const QMouseEvent& event);
+    void hover(NSEvent::Type type);
 
     ViewWidget& m_widget;
     HostedWindow m_window {*this};
-    ViewAccessibility m_accessibility {m_widget, *root};
+    ViewPeers m_peers {m_widget, [this](const QWidget& peer) { releaseFocus(peer); }};
+    ViewAccessibility m_accessibility {m_widget, *root, m_peers};
+    bool m_arePeersDue = false;
+    bool m_isUpdatePosted = false;
     NSView* m_firstResponder = nullptr;
     bool m_isFirstResponderTold = false; // that it has the focus
+    bool m_isKeepingFocus = false; // the widget has taken it from a peer, for no view
     std::optional<Offer> m_offer;
     NSView* m_pressed = nullptr;
+    QPointer<QWidget> m_pressedEditor; // which the press has made
     int m_clickCount = 0;
     quint64 m_lastPressTime = 0;
     QPointF m_lastPressPlace;
+    HoverTracker m_hover;
+    std::optional<QPointF> m_mouse; // in the widget
+    QObject m_context; // last: nothing is called any more once the rest goes
 };
 
 void ViewWidget::Private::setNeedsDisplayInRect(NSRect rect) {
@@ -149,22 +171,49 @@ void ViewWidget::Private::setNeedsDisplayInRect(NSRect rect) {
     m_accessibility.update();
 }
 
-bool ViewWidget::Private::makeFirstResponder(NSView* view) {
+void ViewWidget::Private::viewsChanged() {
+    m_arePeersDue = true;
+    if (std::exchange(m_isUpdatePosted, true))
+        return;
+    const auto update = [this] {
+        m_isUpdatePosted = false;
+        updatePeers();
+        hover(NSEvent::Type::mouseEntered); // under a still mouse
+    };
+    QMetaObject::invokeMethod(&m_context, update, Qt::QueuedConnection);
+}
+
+void ViewWidget::Private::updatePeers() {
+    if (!std::exchange(m_arePeersDue, false))
+        return;
+    m_peers.update(*root);
+    m_accessibility.update();
+}
+
+bool ViewWidget::Private::giveFocus(NSView* view, Qt::FocusReason reason) {
     if (!view) {
-        const bool leaves = resignFirstResponder();
-        if (leaves)
-            m_firstResponder = nullptr;
-        return leaves;
+        if (!resignFirstResponder())
+            return false;
+        if (const QWidget* const peer = m_peers.widgetOf(std::exchange(m_firstResponder, nullptr)))
+            releaseFocus(*peer);
+        return true;
     }
     if (view != m_firstResponder) {
         if (!view->acceptsFirstResponder() || !isWithin(view, *root) || !resignFirstResponder())
             return false;
         m_firstResponder = view;
     }
-    if (m_widget.hasFocus())
+    updatePeers();
+    if (QWidget* const peer = m_peers.widgetOf(view)) {
+        // Known to be it from now on, whatever window is active.
         becomeFirstResponder();
-    else
+        if (view == m_firstResponder)
+            peer->setFocus(reason);
+    } else if (m_widget.hasFocus()) {
+        becomeFirstResponder();
+    } else {
         m_widget.setFocus(Qt::OtherFocusReason);
+    }
     return isWithin(m_firstResponder, *view) && m_isFirstResponderTold;
 }
 
@@ -177,6 +226,20 @@ void ViewWidget::Private::viewWillGo(NSView& view) {
         m_isFirstResponderTold = false;
     }
     m_accessibility.viewWillGo(view);
+    m_peers.remove(view);
+}
+
+/// Of a widget that is about to be hidden, or whose view is not first responder any more.
+void ViewWidget::Private::releaseFocus(const QWidget& peer) {
+    if (m_firstResponder && m_peers.widgetOf(m_firstResponder) == &peer) {
+        resignAnyway();
+        m_firstResponder = nullptr;
+    }
+    const QWidget* const owner = m_widget.window()->focusWidget();
+    if (owner != &peer && !peer.isAncestorOf(owner))
+        return;
+    const QScopedValueRollback keeping(m_isKeepingFocus, true);
+    m_widget.setFocus(Qt::OtherFocusReason);
 }
 
 void ViewWidget::Private::becomeFirstResponder() {
@@ -198,37 +261,94 @@ bool ViewWidget::Private::resignFirstResponder() {
     return leaves;
 }
 
+void ViewWidget::Private::resignAnyway() {
+    resignFirstResponder();
+    m_isFirstResponderTold = false;
+}
+
 void ViewWidget::Private::focusIn(Qt::FocusReason reason) {
+    if (m_isKeepingFocus)
+        return;
     const auto views = focusable();
+    NSView* view = m_firstResponder;
     if (!views.empty()) {
         if (reason == Qt::BacktabFocusReason)
-            m_firstResponder = views.back();
-        else if (reason == Qt::TabFocusReason || !m_firstResponder)
-            m_firstResponder = views.front();
+            view = views.back();
+        else if (reason == Qt::TabFocusReason || !view)
+            view = views.front();
     }
-    becomeFirstResponder();
+    if (view)
+        giveFocus(view, reason);
 }
 
 void ViewWidget::Private::focusOut() {
-    resignFirstResponder();
-    m_isFirstResponderTold = false; // Qt's focus cannot be held back.
     m_accessibility.update();
     m_offer.reset();
+    if (!m_peers.widgetOf(m_firstResponder))
+        resignAnyway(); // Qt's focus cannot be held back.
+}
+
+/// A menu and another window only borrow the keyboard from a peer.
+void ViewWidget::Private::focusMoved(const QWidget* now) {
+    if (now ? now->window() != m_widget.window() : !m_widget.isActiveWindow())
+        return;
+    NSView* const view = now ? m_peers.viewOf(now) : nullptr;
+    if (!view) {
+        if (now != &m_widget && m_peers.widgetOf(m_firstResponder))
+            resignAnyway();
+        return;
+    }
+    // By a click in it, say. Its former owner may want it back.
+    if (view != m_firstResponder && !resignFirstResponder())
+        giveFocus(m_firstResponder, Qt::OtherFocusReason);
+    else if (m_peers.widgetOf(view))
+        m_firstResponder = view;
+    becomeFirstResponder();
 }
 
 bool ViewWidget::Private::moveFocus(bool forward) {
     const auto views = focusable();
-    const auto current = std::ranges::find(views, m_firstResponder);
-    if (current == views.end() || (forward ? current + 1 == views.end() : current == views.begin()))
+    const auto current = std::ranges::find(views, focused());
+    if (current == views.end() || !m_widget.isVisible()
+        || (forward ? current + 1 == views.end() : current == views.begin()))
         return false;
-    makeFirstResponder(*(forward ? current + 1 : current - 1));
+    giveFocus(*(forward ? current + 1 : current - 1),
+        forward ? Qt::TabFocusReason : Qt::BacktabFocusReason);
     return true;
 }
 
-std::vector<NSView*> ViewWidget::Private::focusable() const {
+/// So that Qt looks for the next one from this widget on. False where the view insists.
+bool ViewWidget::Private::takeFocusFromPeer() {
+    return !m_peers.widgetOf(m_firstResponder) || giveFocus(nullptr, Qt::OtherFocusReason);
+}
+
+bool ViewWidget::Private::wrapFocus(bool forward) {
+    const auto views = focusable();
+    return !views.empty() && m_widget.isVisible()
+        && giveFocus(forward ? views.front() : views.back(),
+            forward ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+}
+
+NSView* ViewWidget::Private::focused() {
+    const bool isEditor =
+        m_firstResponder && m_firstResponder == m_window.fieldEditor(false, nullptr).get();
+    return isEditor ? m_firstResponder->superview() : m_firstResponder;
+}
+
+std::vector<NSView*> ViewWidget::Private::focusable() {
     std::vector<NSView*> views;
     appendFocusable(*root, views);
     return views;
+}
+
+void ViewWidget::Private::appendFocusable(NSView& tree, std::vector<NSView*>& views) {
+    if (tree.isHidden() || &tree == m_window.fieldEditor(false, nullptr).get())
+        return;
+    // Also one that has just been disabled: the next one is sought from there.
+    if (tree.acceptsFirstResponder() || &tree == m_firstResponder)
+        views.push_back(&tree);
+    for (const auto& view : tree.subviews())
+        appendFocusable(*view, views);
 }
 
 bool ViewWidget::Private::offer(const QKeyEvent& event) {
@@ -276,23 +396,73 @@ void ViewWidget::Private::press(QMouseEvent& event) {
     if (!view || (!m_widget.isActiveWindow() && !view->acceptsFirstMouse(translated)))
         return;
     m_pressed = view;
-    if (view->acceptsFirstResponder())
+    const bool isEdited = view == focused() && view != m_firstResponder;
+    if (view->acceptsFirstResponder() && !isEdited)
         makeFirstResponder(view);
+    if (!m_pressed)
+        return;
+    if (isWithin(m_firstResponder, *view) && m_firstResponder != view) {
+        // The click that begins editing also says where, and may begin a selection.
+        m_pressedEditor = m_peers.widgetOf(m_firstResponder);
+        m_pressed = m_pressedEditor ? nullptr : view;
+        sendToEditor(event);
+    }
     if (m_pressed)
         send(*m_pressed, &NSResponder::mouseDown, translated);
 }
 
-void ViewWidget::Private::drag(QMouseEvent& event) {
+void ViewWidget::Private::drag(const QMouseEvent& event) {
+    sendToEditor(event);
     if (m_pressed)
         send(*m_pressed, &NSResponder::mouseDragged,
             mouseEvent(NSEvent::Type::leftMouseDragged, event));
 }
 
 void ViewWidget::Private::release(QMouseEvent& event) {
-    if (event.button() != Qt::LeftButton)
+    if (event.button() != Qt::LeftButton) {
         event.ignore();
-    else if (NSView* const view = std::exchange(m_pressed, nullptr))
+        return;
+    }
+    sendToEditor(event);
+    m_pressedEditor = nullptr;
+    if (NSView* const view = std::exchange(m_pressed, nullptr))
         send(*view, &NSResponder::mouseUp, mouseEvent(NSEvent::Type::leftMouseUp, event));
+    hover(NSEvent::Type::mouseEntered);
+}
+
+void ViewWidget::Private::sendToEditor(const QMouseEvent& event) const {
+    if (!m_pressedEditor)
+        return;
+    QMouseEvent moved(event.type(), m_pressedEditor->mapFrom(&m_widget, event.position()),
+        event.scenePosition(), event.globalPosition(), event.button(), event.buttons(),
+        event.modifiers(), event.pointingDevice());
+    QCoreApplication::sendEvent(m_pressedEditor, &moved);
+}
+
+void ViewWidget::Private::hoverAt(std::optional<QPointF> place) {
+    if (place && !m_mouse)
+        QtCursorService::mouseEntered(m_widget);
+    m_mouse = place;
+    hover(NSEvent::Type::mouseMoved);
+    if (!place)
+        QtCursorService::mouseLeft(m_widget);
+}
+
+void ViewWidget::Private::hover(NSEvent::Type type) {
+    if (m_pressed || m_pressedEditor || QGuiApplication::mouseButtons() != Qt::NoButton)
+        return;
+    const NSEvent event = eventAt(type, m_mouse.value_or(QPointF()));
+    callGuarded([&] {
+        if (m_mouse)
+            m_hover.mouseIsAt(*root, isKey(), event);
+        else
+            m_hover.mouseIsAway(*root, event);
+    });
+}
+
+void ViewWidget::Private::activationChanged() {
+    m_widget.update();
+    hover(NSEvent::Type::mouseEntered);
 }
 
 void ViewWidget::Private::send(NSView& view, Message message, const NSEvent& event) const {
@@ -301,15 +471,20 @@ void ViewWidget::Private::send(NSView& view, Message message, const NSEvent& eve
     callGuarded([&] { (view.*message)(event); });
 }
 
-NSEvent ViewWidget::Private::mouseEvent(NSEvent::Type type, const QMouseEvent& event) const {
+NSEvent ViewWidget::Private::eventAt(NSEvent::Type type, QPointF place) const {
     // The middle of the pixel that the pointer is at: within the view also at its edges.
     const double half = 0.5 / m_widget.devicePixelRatioF();
     NSEvent result;
     result.type = type;
-    result.modifierFlags = modifierFlags(event.modifiers());
+    result.modifierFlags = modifierFlags(QGuiApplication::keyboardModifiers());
     result.timestamp = Platform::clock().now();
-    result.locationInWindow = {
-        event.position().x() + half, m_widget.height() - event.position().y() - half};
+    result.locationInWindow = {place.x() + half, m_widget.height() - place.y() - half};
+    return result;
+}
+
+NSEvent ViewWidget::Private::mouseEvent(NSEvent::Type type, const QMouseEvent& event) const {
+    NSEvent result = eventAt(type, event.position());
+    result.modifierFlags = modifierFlags(event.modifiers());
     result.clickCount = m_clickCount;
     return result;
 }
@@ -332,6 +507,8 @@ ViewWidget::ViewWidget(std::shared_ptr<NSView> rootView, QWidget* parent)
     , d(std::make_unique<Private>(*this, std::move(rootView))) {
     // A click gives the focus to a view, if at all.
     setFocusPolicy(Qt::TabFocus);
+    // Over the peers, too.
+    setAttribute(Qt::WA_Hover);
     KeyboardGrabFilter::install();
 }
 
@@ -354,18 +531,38 @@ bool ViewWidget::event(QEvent* event) {
             return true;
         }
     }
+    switch (event->type()) {
+    case QEvent::HoverEnter:
+    case QEvent::HoverMove:
+        d->hoverAt(static_cast<const QHoverEvent&>(*event).position());
+        return true;
+    case QEvent::HoverLeave:
+        d->hoverAt(std::nullopt);
+        return true;
+    case QEvent::WindowActivate:
+    case QEvent::WindowDeactivate:
+        d->activationChanged();
+        break;
+    default:
+        break;
+    }
     return QWidget::event(event);
 }
 
 bool ViewWidget::focusNextPrevChild(bool next) {
-    return d->moveFocus(next) || QWidget::focusNextPrevChild(next);
+    return d->moveFocus(next) || !d->takeFocusFromPeer() || QWidget::focusNextPrevChild(next)
+        || d->wrapFocus(next);
 }
 
 void ViewWidget::paintEvent(QPaintEvent* event) {
     // Layers are laid out before they are seen.
     callGuarded([] { CATransaction::flush(); });
-    QPainter painter(this);
-    paint(painter, *d->root, event->rect());
+    d->updatePeers();
+    {
+        QPainter painter(this);
+        paint(painter, *d->root, event->rect());
+    }
+    d->updatePeers(); // to what the drawing has set
 }
 
 void ViewWidget::resizeEvent(QResizeEvent*) {

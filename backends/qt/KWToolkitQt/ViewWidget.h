@@ -19,8 +19,11 @@ namespace kw::qt {
 /// The root view is as large as the widget; the size it comes with is the size hint. A view draws
 /// whole whenever a part of it is to be drawn. The views take the left mouse button, and the
 /// keyboard while the widget has the focus: first responder is the view that was clicked last or
-/// that Tab led to. Every key is offered to the views before the host's shortcuts see it, and what
-/// they throw is written to `Platform::console()`.
+/// that Tab led to. Every key is offered to the views before the host's shortcuts see it, except
+/// what is typed into a text, and what they throw is written to `Platform::console()`.
+///
+/// Buttons and the text that is being edited are widgets over their views (see ViewPeer.h). They
+/// lie above everything that views draw.
 class KW_EXPORT ViewWidget : public QWidget {
 public:
     /// Null shows an empty view.

@@ -1,0 +1,72 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#include <KWToolkitQt/QtFonts.h>
+
+#include <QGuiApplication>
+#include <QPaintDevice>
+
+#include <algorithm>
+#include <compare>
+#include <map>
+#include <string>
+
+namespace kw::qt {
+
+namespace {
+
+constexpr double pointsPerInch = 72;
+constexpr double largestSize = 4096; // of what the glyphs' outlines can be scaled to
+constexpr std::size_t mostFonts = 256;
+
+struct Key {
+    double size;
+    int dotsPerInch;
+    bool isBold;
+    std::string family;
+    friend auto operator<=>(const Key&, const Key&) = default;
+};
+
+struct Cache {
+    QFont base;
+    std::map<Key, QFont> fonts;
+};
+
+QFont makeFont(const QFont& base, const Key& key) {
+    QFont result = base;
+    if (!key.family.empty())
+        result.setFamily(QString::fromStdString(key.family));
+    // Qt's own pixel sizes are whole numbers only.
+    result.setPointSizeF(key.size * pointsPerInch / key.dotsPerInch);
+    result.setBold(key.isBold);
+    return result;
+}
+
+} // namespace
+
+QFont toQFont(const NSFont& font, const QPaintDevice& device) {
+    static auto& cache = *new Cache;
+    if (const QFont base = QGuiApplication::font();
+        base != cache.base || cache.fonts.size() >= mostFonts)
+        cache = {base, {}};
+    const Key key {
+        std::min(font.drawnSize(), largestSize), device.logicalDpiY(), font.isBold, font.family};
+    const auto [found, isNew] = cache.fonts.try_emplace(key);
+    if (isNew)
+        found->second = makeFont(cache.base, key);
+    return found->second;
+}
+
+QColor toQColor(const NSColor& color) {
+    const auto rgb = color.colorUsingColorSpace(CGColorSpace::deviceRGB);
+    if (!rgb)
+        return Qt::transparent;
+    return QColor::fromRgbF(static_cast<float>(rgb->redComponent()),
+        static_cast<float>(rgb->greenComponent()), static_cast<float>(rgb->blueComponent()),
+        static_cast<float>(rgb->alphaComponent()));
+}
+
+QString toDrawnText(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())).remove(QChar(u'\0'));
+}
+
+} // namespace kw::qt

@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+// Fonts and colors as Qt has them. Main thread.
+#pragma once
+
+#include <KWToolkit/platform/graphics/NSColor.h>
+#include <KWToolkit/platform/graphics/NSFont.h>
+
+#include <QColor>
+#include <QFont>
+#include <QString>
+
+#include <string_view>
+
+class QPaintDevice;
+
+namespace kw::qt {
+
+/// A font that is as many of the device's units high as the description has points. Found quickly:
+/// it is kept until the application's font changes.
+QFont toQFont(const NSFont& font, const QPaintDevice& device);
+
+/// Transparent for a pattern.
+QColor toQColor(const NSColor& color);
+
+/// The text without U+0000, which would be drawn as an empty box: it is the letter of a key that a
+/// keyboard layout does not know. What is not UTF-8 becomes U+FFFD.
+QString toDrawnText(std::string_view text);
+
+} // namespace kw::qt
