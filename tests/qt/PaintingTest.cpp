@@ -1,15 +1,20 @@
 // SPDX-FileCopyrightText: 2026 The KWToolkit authors
 // SPDX-License-Identifier: MIT
 #include <KWToolkit/hotkeys/KWHotkeyView.h>
+#include <KWToolkit/platform/Platform.h>
 #include <KWToolkit/platform/graphics/NSBitmapImageRep.h>
 #include <KWToolkit/platform/graphics/NSImage.h>
 #include <KWToolkitQt/ViewWidget.h>
 
 #include <gtest/gtest.h>
 
+#include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
+#include <QPalette>
 #include <QPicture>
+#include <QPixmapCache>
+#include <QStringList>
 
 #include <algorithm>
 #include <cmath>
@@ -17,6 +22,7 @@
 #include <limits>
 #include <memory>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -446,6 +452,227 @@ TEST(Painting, LeavesAPainterAsItWasAlsoWithoutPixels) {
         EXPECT_NEAR(result.pixelColor(5, 5).alpha(), 128, 1);
         EXPECT_EQ(inked(result), QRect(20, 0, 10, 10));
     }
+}
+
+/// Draws into a picture of 40 by 20 points.
+QImage renderAt(double ratio, bool isFlipped, const Draw& draw) {
+    return render(std::make_shared<Canvas>(NSMakeRect(0, 0, 40, 20), isFlipped, draw), ratio);
+}
+
+NSBezierPath line(NSPoint from, NSPoint to, double width) {
+    NSBezierPath path;
+    path.moveToPoint(from);
+    path.lineToPoint(to);
+    path.setLineWidth(width);
+    return path;
+}
+
+TEST(Painting, PaintsWholePixelsWithoutAntialiasing) {
+    const double none = std::numeric_limits<double>::quiet_NaN();
+    const struct {
+        bool isFlipped;
+        double ratio;
+        NSBezierPath path;
+        QRect ink;
+    } rows[] {
+        {false, 1, line({0, 19}, {40, 19}, 1), {0, 1, 40, 1}}, // a point below the upper edge
+        {false, 1, line({0, 18}, {40, 18}, 1), {0, 2, 40, 1}},
+        {true, 1, line({0, 1}, {40, 1}, 1), {0, 1, 40, 1}},
+        {false, 1, line({7, 0}, {7, 20}, 1), {7, 0, 1, 20}},
+        {false, 1.5, line({0, 19}, {40, 19}, 1), {0, 1, 60, 1}},
+        {false, 1.5, line({0, 18}, {40, 18}, 1), {0, 2, 60, 2}},
+        {false, 2, line({0, 19}, {40, 19}, 1), {0, 1, 80, 2}},
+        {false, 2, line({0, 18}, {40, 18}, 1), {0, 3, 80, 2}},
+        {false, 1, line({0, 9.5}, {40, 9.5}, 0), {0, 10, 40, 1}},
+        {false, 2, line({0, 9.75}, {40, 9.75}, 0), {0, 20, 80, 1}},
+        {false, 2, line({0, 9.75}, {40, 9.75}, -3), {0, 20, 80, 1}},
+        {false, 1, line({0, 9.5}, {40, 9.5}, none), {}},
+    };
+    for (const auto& row : rows) {
+        const QImage image = renderAt(row.ratio, row.isFlipped, [&](NSGraphicsContext& context) {
+            context.saveGraphicsState();
+            context.setShouldAntialias(false);
+            context.stroke(row.path);
+            context.restoreGraphicsState();
+        });
+        EXPECT_EQ(inked(image, 1), row.ink) << &row - std::begin(rows);
+        EXPECT_EQ(inked(image, 255), row.ink) << &row - std::begin(rows);
+    }
+    const auto grays = [](bool antialias) {
+        const QImage image = renderAt(1, false, [&](NSGraphicsContext& context) {
+            context.saveGraphicsState();
+            context.setShouldAntialias(!antialias);
+            context.restoreGraphicsState();
+            context.setShouldAntialias(antialias);
+            context.drawText("S", {2, 2}, {NSFont::systemFontOfSize(14)});
+            context.stroke(line({20, 2}, {38, 17}, 2));
+        });
+        int count = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x)
+                count += image.pixelColor(x, y).alpha() % 255 != 0;
+        }
+        return count;
+    };
+    EXPECT_GT(grays(true), 0);
+    EXPECT_EQ(grays(false), 0);
+}
+
+TEST(Painting, SetsTextInRectanglesFromTheirUpperEdgeOn) {
+    const auto attributes = [](NSTextAlignment alignment, NSLineBreakMode mode) {
+        return TextAttributes {
+            NSFont::systemFontOfSize(6), NSColor::blackColor(), {}, {alignment, mode}};
+    };
+    constexpr auto left = NSTextAlignmentLeft;
+    constexpr auto tail = NSLineBreakByTruncatingTail;
+    const char* const hebrew = "\u05d0\u05d1";
+    const NSRect place = NSMakeRect(4, 3, 30, 14);
+    const struct {
+        const char* text;
+        TextAttributes attributes;
+        const char* sameAs; // a text at a point
+        double share; // of the space beside it, on its left
+        const char* second = ""; // of two lines
+    } rows[] {
+        {"ab", attributes(left, tail), "ab", 0},
+        {"ab", attributes(NSTextAlignmentRight, tail), "ab", 1},
+        {"ab", attributes(NSTextAlignmentCenter, tail), "ab", 0.5},
+        {"ab", attributes(NSTextAlignmentNatural, tail), "ab", 0},
+        {hebrew, attributes(NSTextAlignmentNatural, tail), hebrew, 1},
+        {hebrew, attributes(left, tail), hebrew, 0},
+        {"ab\ncd", attributes(left, tail), "ab", 0, "cd"},
+        {"ab cdef gh", attributes(left, NSLineBreakByWordWrapping), "ab cdef", 0, "gh"},
+        {"abcdefghiklmno", attributes(left, NSLineBreakByCharWrapping), "abcdefghi", 0, "klmno"},
+        {"abcdefghiklmno", attributes(left, tail), "abcdef\u2026", 0},
+        {"abcdefghiklmno", attributes(left, NSLineBreakByTruncatingHead), "\u2026hiklmno", 0},
+        {"abcdefghiklmno", attributes(left, NSLineBreakByTruncatingMiddle), "ab\u2026no", 0},
+        {"\xff\xc3", attributes(left, tail), "\ufffd\ufffd", 0},
+    };
+    for (const bool isFlipped : {false, true}) {
+        for (const double ratio : {1.0, 1.5, 2.0}) {
+            for (const auto& row : rows) {
+                const QImage set = renderAt(ratio, isFlipped, [&](NSGraphicsContext& context) {
+                    context.drawTextInRect(row.text, place, row.attributes);
+                });
+                const QImage expected = renderAt(ratio, isFlipped, [&](NSGraphicsContext& context) {
+                    const NSSize size = context.sizeOfText(row.sameAs, row.attributes);
+                    NSPoint origin {
+                        4 + (30 - size.width) * row.share, isFlipped ? 3 : 17 - size.height};
+                    context.drawText(row.sameAs, origin, row.attributes);
+                    origin.y += isFlipped ? size.height : -size.height;
+                    context.drawText(row.second, origin, row.attributes);
+                });
+                EXPECT_FALSE(inked(set, 1).isEmpty());
+                EXPECT_EQ(set, expected) << &row - std::begin(rows) << ' ' << ratio;
+            }
+        }
+    }
+    const QImage clipped = renderAt(1, false, [&](NSGraphicsContext& context) {
+        context.drawTextInRect("\u2588\u2588\u2588\u2588\u2588\u2588\u2588", place,
+            attributes(NSTextAlignmentCenter, NSLineBreakByClipping));
+    });
+    EXPECT_EQ(inked(clipped, 1).left(), 4);
+    EXPECT_EQ(inked(clipped, 1).right(), 33);
+}
+
+QStringList warnings;
+
+TEST(Painting, DrawsNothingWhereANumberIsNone) {
+    const double none = std::numeric_limits<double>::quiet_NaN();
+    const double endless = std::numeric_limits<double>::infinity();
+    warnings.clear();
+    const auto former = qInstallMessageHandler(
+        [](QtMsgType, const QMessageLogContext&, const QString& text) { warnings += text; });
+    const TextAttributes attributes {.font = NSFont::systemFontOfSize(none),
+        .shadow = NSShadow {NSColor::blackColor(), {none, 0}, endless}};
+    for (const double bad : {none, endless, -endless}) {
+        for (const bool hasShadow : {false, true}) {
+            const QImage image = renderAt(1, false, [&](NSGraphicsContext& context) {
+                if (hasShadow)
+                    context.setShadow({NSColor::blackColor(), {2, 2}, 1e9});
+                const NSGradient gradient {{NSColor::redColor(), 0}, {NSColor::redColor(), 1}};
+                context.fill(rectangle(bad, 0, 9, 9));
+                context.fill(rectangle(0, 0, 9, bad));
+                context.stroke(line({0, bad}, {40, 20}, 1));
+                context.stroke(line({0, 0}, {40, 20}, bad));
+                context.drawGradient(gradient, rectangle(0, bad, 9, 9), 0);
+                context.drawGradient(gradient, rectangle(0, 0, 9, 9), bad);
+                context.drawText("x", {bad, 0}, attributes);
+                context.drawTextInRect("x", NSMakeRect(0, bad, 9, 9), attributes);
+                context.drawTextInRect("x", NSMakeRect(0, 0, bad, 9), attributes);
+                context.drawTextInRect("x", NSMakeRect(0, 0, 0, 9), attributes);
+                context.fill(rectangle(1e300, 1e300, 9, 9));
+                context.fill(rectangle(1e12, 0, 9, 9));
+                context.clip(rectangle(0, 0, bad, 9));
+                context.fill(rectangle(0, 0, 9, 9));
+            });
+            EXPECT_EQ(inked(image, 1), QRect()) << bad;
+        }
+    }
+    qInstallMessageHandler(former);
+    EXPECT_EQ(warnings.join('\n').toStdString(), "");
+}
+
+TEST(Painting, KeepsShadowsOfShapesWithoutMixingThemUp) {
+    const auto badge = [](double x, double height, double alpha, double blur,
+                           double gradientAlpha) {
+        return [=](NSGraphicsContext& context) {
+            context.setShadow({NSColor::blackColor(), {2, -2}, blur});
+            const auto path =
+                NSBezierPath::bezierPathWithRoundedRect(NSMakeRect(x, 6, 12, height), 4, 4);
+            const auto clear = NSColor::colorWithDeviceRed(1, 0, 0, gradientAlpha);
+            if (gradientAlpha > 0) {
+                context.drawGradient({{NSColor::redColor(), 0}, {clear, 1}}, path, 0);
+                return;
+            }
+            context.setFillColor(NSColor::colorWithDeviceRed(1, 0, 0, alpha));
+            context.fill(path);
+        };
+    };
+    const Draw rows[] {badge(6, 8, 1, 3, 0), badge(6, 8, 0.5, 3, 0), badge(6, 7, 1, 3, 0),
+        badge(6.5, 8, 1, 3, 0), badge(6, 8, 1, 2, 0), badge(6, 8, 1, 3, 0.25)};
+    for (const double ratio : {1.0, 1.5, 2.0}) {
+        std::vector<QImage> first;
+        for (const Draw& draw : rows) {
+            QPixmapCache::clear();
+            first.push_back(renderAt(ratio, false, draw));
+        }
+        for (std::size_t i = 0; i < first.size(); ++i) {
+            EXPECT_EQ(renderAt(ratio, false, rows[i]), first[i]) << i; // the last left its own
+            for (std::size_t other = 0; other < i; ++other)
+                EXPECT_NE(first[i], first[other]) << i << ' ' << other;
+        }
+        // Scrolled by whole pixels and by parts of them.
+        for (const double shift : {6.0, 6.3}) {
+            const Draw scrolled = [&](NSGraphicsContext& context) {
+                context.concat({1, 0, 0, 1, shift, 0});
+                rows[0](context);
+            };
+            const QImage kept = renderAt(ratio, false, scrolled);
+            QPixmapCache::clear();
+            EXPECT_EQ(kept, renderAt(ratio, false, scrolled));
+            if (shift == 6.0) {
+                const int pixels = static_cast<int>(shift * ratio);
+                const QSize seen(first[0].width() - pixels, first[0].height());
+                EXPECT_EQ(kept.copy(QRect({pixels, 0}, seen)), first[0].copy(QRect({}, seen)));
+            }
+        }
+    }
+}
+
+TEST(Painting, MeasuresWithoutAContextAsWithOne) {
+    for (const TextAttributes& attributes : {TextAttributes {NSFont::systemFontOfSize(11)},
+             TextAttributes {NSFont::boldSystemFontOfSize(17)},
+             TextAttributes {NSFont::fontWithName("DejaVu Serif", 9.5)}}) {
+        for (const char* const text : {"", "Hgl", "two\nlines ", "\u05d0\u05d1 \u6f22"}) {
+            render(false, [&](NSGraphicsContext& context) {
+                EXPECT_EQ(Platform::textMetrics().sizeOfText(text, attributes),
+                    context.sizeOfText(text, attributes));
+            });
+        }
+    }
+    const QColor base = QGuiApplication::palette().color(QPalette::Active, QPalette::Base);
+    EXPECT_NEAR(NSColor::textBackgroundColor().redComponent(), base.redF(), 1e-4);
 }
 
 TEST(Painting, TheRecorderIsAKeyCapWithWhiteTextAtAnyRatio) {

@@ -96,6 +96,18 @@ bool NSView::isDescendantOf(const NSView& view) const {
     return ancestor != nullptr;
 }
 
+NSView* NSView::viewWithIdentifier(const std::string& identifier) {
+    if (identifier.empty())
+        return nullptr;
+    if (identifier == m_identifier)
+        return this;
+    for (const auto& view : m_subviews) {
+        if (NSView* const found = view->viewWithIdentifier(identifier))
+            return found;
+    }
+    return nullptr;
+}
+
 void NSView::resizeSubviewsWithOldSize(NSSize) { }
 void NSView::updateTrackingAreas() { }
 void NSView::awakeFromNib() { }

@@ -100,6 +100,13 @@ public:
     /// nothing.
     virtual void updateTrackingAreas();
 
+    /// What the view is called in its layout file. Empty for none.
+    const std::string& identifier() const { return m_identifier; }
+    void setIdentifier(std::string identifier) { m_identifier = std::move(identifier); }
+    /// The view of that identifier, this one or the first below it, depth first. Null for an empty
+    /// one and where there is none.
+    virtual NSView* viewWithIdentifier(const std::string& identifier);
+
     /// Called once the view has been loaded from a layout file. This one does nothing.
     virtual void awakeFromNib();
 
@@ -151,6 +158,7 @@ private:
     std::shared_ptr<CALayer> m_layer;
     std::vector<std::shared_ptr<NSTrackingArea>> m_trackingAreas;
     std::string m_accessibilityLabel;
+    std::string m_identifier;
     bool m_isHidden = false;
 };
 

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include <KWToolkitQt/QtFonts.h>
 
+#include <KWToolkitQt/CacheKey.h>
+
 #include <QGuiApplication>
 #include <QPaintDevice>
 
@@ -22,6 +24,7 @@ struct Key {
     double size;
     int dotsPerInch;
     bool isBold;
+    QFont::StyleStrategy strategy;
     std::string family;
     friend auto operator<=>(const Key&, const Key&) = default;
 };
@@ -38,18 +41,20 @@ QFont makeFont(const QFont& base, const Key& key) {
     // Qt's own pixel sizes are whole numbers only.
     result.setPointSizeF(key.size * pointsPerInch / key.dotsPerInch);
     result.setBold(key.isBold);
+    if (key.strategy != QFont::PreferDefault)
+        result.setStyleStrategy(key.strategy);
     return result;
 }
 
 } // namespace
 
-QFont toQFont(const NSFont& font, const QPaintDevice& device) {
-    static auto& cache = *new Cache;
+QFont toQFont(const NSFont& font, const QPaintDevice& device, QFont::StyleStrategy strategy) {
+    auto& cache = ofApplication<Cache>();
     if (const QFont base = QGuiApplication::font();
         base != cache.base || cache.fonts.size() >= mostFonts)
         cache = {base, {}};
-    const Key key {
-        std::min(font.drawnSize(), largestSize), device.logicalDpiY(), font.isBold, font.family};
+    const Key key {std::min(font.drawnSize(), largestSize), device.logicalDpiY(), font.isBold,
+        strategy, font.family};
     const auto [found, isNew] = cache.fonts.try_emplace(key);
     if (isNew)
         found->second = makeFont(cache.base, key);
@@ -65,8 +70,17 @@ QColor toQColor(const NSColor& color) {
         static_cast<float>(rgb->alphaComponent()));
 }
 
+NSColor toNSColor(const QColor& color) {
+    const QColor rgb = color.toRgb();
+    return NSColor::colorWithDeviceRed(rgb.redF(), rgb.greenF(), rgb.blueF(), rgb.alphaF());
+}
+
 QString toDrawnText(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())).remove(QChar(u'\0'));
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()))
+        .remove(QChar(u'\0'))
+        .replace(QLatin1String("\r\n"), QLatin1String("\n"))
+        .replace(QChar(QChar::LineSeparator), u'\n')
+        .replace(QChar(QChar::ParagraphSeparator), u'\n');
 }
 
 } // namespace kw::qt

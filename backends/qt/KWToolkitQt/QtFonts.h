@@ -18,13 +18,16 @@ namespace kw::qt {
 
 /// A font that is as many of the device's units high as the description has points. Found quickly:
 /// it is kept until the application's font changes.
-QFont toQFont(const NSFont& font, const QPaintDevice& device);
+QFont toQFont(const NSFont& font, const QPaintDevice& device,
+    QFont::StyleStrategy strategy = QFont::PreferDefault);
 
 /// Transparent for a pattern.
 QColor toQColor(const NSColor& color);
+NSColor toNSColor(const QColor& color);
 
 /// The text without U+0000, which would be drawn as an empty box: it is the letter of a key that a
-/// keyboard layout does not know. What is not UTF-8 becomes U+FFFD.
+/// keyboard layout does not know. Any kind of line end becomes a line feed; what is not UTF-8
+/// becomes U+FFFD.
 QString toDrawnText(std::string_view text);
 
 } // namespace kw::qt

@@ -3,12 +3,11 @@
 #include <KWToolkitQt/QtGraphicsContext.h>
 
 #include <KWToolkitQt/Blur.h>
+#include <KWToolkitQt/CacheKey.h>
 #include <KWToolkitQt/PatternBrush.h>
 #include <KWToolkitQt/QtFonts.h>
 #include <KWToolkitQt/QtImages.h>
 
-#include <QFont>
-#include <QFontMetricsF>
 #include <QImage>
 #include <QLinearGradient>
 #include <QMargins>
@@ -16,7 +15,6 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QPixmapCache>
-#include <QStringList>
 
 #include <algorithm>
 #include <array>
@@ -31,6 +29,8 @@ namespace {
 
 constexpr double defaultMiterLimit = 10;
 constexpr double mostCachedPixels = 1 << 20; // of a shadow
+constexpr double farthestPixel = 1 << 24; // of a shadow
+constexpr double largestSigma = 512; // in pixels; wider shadows cannot be told from none
 constexpr QMargins farthestShadow(2048, 2048, 2048, 2048); // of a layer, in pixels
 
 QPointF toQt(NSPoint point) { return {point.x, point.y}; }
@@ -45,8 +45,17 @@ QTransform toQt(const CGAffineTransform& matrix) {
     return {matrix.a, matrix.b, matrix.c, matrix.d, matrix.tx, matrix.ty};
 }
 
+bool isFinite(NSPoint point) { return std::isfinite(point.x) && std::isfinite(point.y); }
+
+/// Empty where a coordinate is no finite number.
 QPainterPath toQt(const NSBezierPath& path) {
     QPainterPath result;
+    if (!std::ranges::all_of(path.segments(), [](const NSBezierPath::Segment& segment) {
+            return isFinite(segment.point) && isFinite(segment.control1)
+                && isFinite(segment.control2);
+        }))
+        return result;
+    result.reserve(static_cast<int>(3 * path.segments().size()));
     result.setFillRule(Qt::WindingFill);
     for (const auto& segment : path.segments()) {
         switch (segment.element) {
@@ -67,7 +76,17 @@ QPainterPath toQt(const NSBezierPath& path) {
     return result;
 }
 
-QStringList linesOf(std::string_view text) { return toDrawnText(text).split(u'\n'); }
+CacheKey& operator<<(CacheKey& key, const NSBezierPath& path) {
+    for (const auto& segment : path.segments()) {
+        key << segment.element << segment.point.x << segment.point.y;
+        if (segment.element == NSBezierPath::Element::curveTo)
+            key << segment.control1.x << segment.control1.y << segment.control2.x
+                << segment.control2.y;
+    }
+    return key;
+}
+
+const auto notCached = [] { return std::nullopt; };
 
 /// The pixels that a painter can reach; nothing where it has none.
 std::optional<QRect> visiblePixels(const QPainter& painter) {
@@ -94,7 +113,7 @@ bool isFinite(const NSShadow& shadow) {
 struct ShadowReach {
     ShadowReach(const NSShadow& shadow, const QTransform& viewToDevice) {
         const double scale = std::sqrt(std::abs(viewToDevice.determinant()));
-        sigma = shadow.blurRadius / 2 * scale;
+        sigma = std::min(shadow.blurRadius / 2 * scale, largestSigma);
         extent = blurExtent(sigma);
         offset = QPointF(shadow.offset.width, -shadow.offset.height) * scale;
     }
@@ -225,13 +244,16 @@ void QtGraphicsContext::endTransparencyLayer() {
     m_viewToDevice *= QTransform::fromTranslate(layer->corner.x(), layer->corner.y());
     const QTransform toView = target().deviceTransform().inverted();
     const QRectF pixels(layer->corner, layer->picture.size());
-    paintWithShadow(toView.mapRect(pixels), [&](QPainter& painter) {
-        painter.save();
-        painter.setWorldTransform(toView, true);
-        painter.setOpacity(painter.opacity() * layer->alpha);
-        painter.drawImage(pixels.topLeft(), layer->picture);
-        painter.restore();
-    });
+    paintWithShadow(
+        toView.mapRect(pixels),
+        [&](QPainter& painter) {
+            painter.save();
+            painter.setWorldTransform(toView, true);
+            painter.setOpacity(painter.opacity() * layer->alpha);
+            painter.drawImage(pixels.topLeft(), layer->picture);
+            painter.restore();
+        },
+        notCached);
 }
 
 void QtGraphicsContext::setFillColor(const NSColor& color) {
@@ -256,8 +278,12 @@ void QtGraphicsContext::setFillColor(const CGColor& color) {
     state().fill = std::move(brush);
 }
 
-void QtGraphicsContext::setShouldAntialias(bool) { }
-void QtGraphicsContext::setShouldSmoothFonts(bool) { }
+void QtGraphicsContext::setShouldAntialias(bool antialias) {
+    state().isSmooth = antialias;
+    target().setRenderHint(QPainter::Antialiasing, antialias);
+}
+
+void QtGraphicsContext::setShouldSmoothFonts(bool smooth) { state().hasSmoothFonts = smooth; }
 
 void QtGraphicsContext::setStrokeColor(const NSColor& color) {
     state().strokeColor = toQColor(color);
@@ -278,23 +304,43 @@ QBrush QtGraphicsContext::fillBrush() {
 
 void QtGraphicsContext::fill(const NSBezierPath& path) {
     const QPainterPath outline = toQt(path);
+    if (outline.isEmpty())
+        return;
     const QBrush brush = fillBrush();
     paintWithShadow(
-        outline.boundingRect(), [&](QPainter& painter) { painter.fillPath(outline, brush); });
+        outline.boundingRect(), [&](QPainter& painter) { painter.fillPath(outline, brush); },
+        [&]() -> std::optional<QString> {
+            if (brush.style() != Qt::SolidPattern)
+                return std::nullopt;
+            CacheKey key;
+            key << 'f' << brush.color().alpha() << path;
+            return key.text();
+        });
 }
 
 void QtGraphicsContext::stroke(const NSBezierPath& path) {
     const QPainterPath outline = toQt(path);
-    QPen pen(state().strokeColor, path.lineWidth(), Qt::SolidLine, Qt::FlatCap, Qt::SvgMiterJoin);
+    if (outline.isEmpty() || !std::isfinite(path.lineWidth()))
+        return;
+    const double width = std::max(path.lineWidth(), 0.0);
+    QPen pen(state().strokeColor, width, Qt::SolidLine, Qt::FlatCap, Qt::SvgMiterJoin);
     pen.setMiterLimit(defaultMiterLimit);
-    const double reach = std::max(path.lineWidth(), 1.0) * defaultMiterLimit / 2;
-    paintWithShadow(outline.boundingRect().adjusted(-reach, -reach, reach, reach),
-        [&](QPainter& painter) { painter.strokePath(outline, pen); });
+    const double reach = std::max(width, 1.0) * defaultMiterLimit / 2;
+    paintWithShadow(
+        outline.boundingRect().adjusted(-reach, -reach, reach, reach),
+        [&](QPainter& painter) { painter.strokePath(outline, pen); },
+        [&]() -> std::optional<QString> {
+            CacheKey key;
+            key << 's' << pen.color().alpha() << width << path;
+            return key.text();
+        });
 }
 
 void QtGraphicsContext::drawGradient(
     const NSGradient& gradient, const NSBezierPath& path, double angle) {
     const QPainterPath outline = toQt(path);
+    if (outline.isEmpty() || gradient.stops().empty() || !std::isfinite(angle))
+        return;
     const QRectF bounds = outline.boundingRect();
     const double radians = angle * std::numbers::pi / 180 * (m_isFlipped ? -1 : 1);
     const QPointF direction(std::cos(radians), std::sin(radians));
@@ -302,9 +348,20 @@ void QtGraphicsContext::drawGradient(
         * (std::abs(direction.x()) * bounds.width() + std::abs(direction.y()) * bounds.height())
         / 2;
     QLinearGradient brush(bounds.center() - half, bounds.center() + half);
-    for (const auto& stop : gradient.stops())
-        brush.setColorAt(std::clamp(stop.location, 0.0, 1.0), toQColor(stop.color));
-    paintWithShadow(bounds, [&](QPainter& painter) { painter.fillPath(outline, brush); });
+    for (const auto& stop : gradient.stops()) {
+        if (!std::isnan(stop.location))
+            brush.setColorAt(std::clamp(stop.location, 0.0, 1.0), toQColor(stop.color));
+    }
+    paintWithShadow(
+        bounds, [&](QPainter& painter) { painter.fillPath(outline, brush); },
+        [&]() -> std::optional<QString> {
+            CacheKey key;
+            key << 'g' << radians;
+            for (const auto& [location, color] : brush.stops())
+                key << location << color.alpha();
+            key << path;
+            return key.text();
+        });
 }
 
 void QtGraphicsContext::drawImage(const CGImage& image, const NSRect& rect) {
@@ -319,119 +376,146 @@ void QtGraphicsContext::drawImage(const CGImage& image, const NSRect& rect) {
     if (2 * drawn.width() < picture.width() || 2 * drawn.height() < picture.height())
         picture = picture.scaled(drawn.boundedTo(picture.size()).toSize().expandedTo({1, 1}),
             Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    paintWithShadow(bounds, [&](QPainter& painter) {
-        painter.save();
-        if (!m_isFlipped) {
-            painter.translate(0, bounds.top() + bounds.bottom());
-            painter.scale(1, -1);
-        }
-        painter.drawImage(bounds, picture);
-        painter.restore();
-    });
+    paintWithShadow(
+        bounds,
+        [&](QPainter& painter) {
+            painter.save();
+            if (!m_isFlipped) {
+                painter.translate(0, bounds.top() + bounds.bottom());
+                painter.scale(1, -1);
+            }
+            painter.drawImage(bounds, picture);
+            painter.restore();
+        },
+        notCached);
+}
+
+std::shared_ptr<const TextLayout> QtGraphicsContext::layoutOf(
+    std::string_view text, const TextAttributes& attributes, const std::optional<TextBox>& box) {
+    int strategy = QFont::PreferDefault;
+    if (!state().hasSmoothFonts)
+        strategy |= QFont::NoSubpixelAntialias;
+    if (!state().isSmooth)
+        strategy |= QFont::NoAntialias;
+    return textLayout(text, attributes.font, static_cast<QFont::StyleStrategy>(strategy),
+        *target().device(), box);
 }
 
 NSSize QtGraphicsContext::sizeOfText(std::string_view text, const TextAttributes& attributes) {
-    const QFontMetricsF metrics(toQFont(attributes.font, *target().device()), target().device());
-    const QStringList lines = linesOf(text);
-    double width = 0;
-    for (const QString& line : lines)
-        width = std::max(width, metrics.horizontalAdvance(line));
-    return {width, metrics.height() * static_cast<double>(lines.size())};
+    const QSizeF size = layoutOf(text, attributes)->bounds().size();
+    return {size.width(), size.height()};
 }
 
 void QtGraphicsContext::drawText(
     std::string_view text, NSPoint origin, const TextAttributes& attributes) {
-    const QFont font = toQFont(attributes.font, *target().device());
-    const QFontMetricsF metrics(font, target().device());
-    const NSSize size = sizeOfText(text, attributes);
-    const QStringList lines = linesOf(text);
-    const QColor color = toQColor(attributes.color);
-    const Paint paint = [&](QPainter& painter) {
-        painter.save();
-        painter.translate(toQt(origin));
-        if (!m_isFlipped) {
-            painter.translate(0, size.height);
-            painter.scale(1, -1);
-        }
-        painter.setFont(font);
-        painter.setPen(color);
-        double baseline = metrics.ascent();
-        for (const QString& line : lines) {
-            painter.drawText(QPointF(0, baseline), line);
-            baseline += metrics.height();
-        }
-        painter.restore();
-    };
-
-    // Room for what slanted and fallback glyphs put outside their box.
-    const double room = metrics.height() / 2;
-    const QRectF bounds =
-        QRectF(toQt(origin), QSizeF(size.width, size.height)).adjusted(-room, -room, room, room);
-    if (attributes.shadow && isFinite(*attributes.shadow))
-        paintShadow(*attributes.shadow, bounds, paint,
-            font.toString() + QString::number(color.alpha()) + u'\n' + lines.join(u'\n'));
-    paintWithShadow(bounds, paint);
+    if (text.empty() || !isFinite(origin))
+        return;
+    const auto layout = layoutOf(text, attributes);
+    const double height = m_isFlipped ? 0 : layout->bounds().height();
+    paintText(*layout, {origin.x, origin.y + height}, attributes);
 }
 
 void QtGraphicsContext::drawTextInRect(
     std::string_view text, const NSRect& rect, const TextAttributes& attributes) {
-    drawText(text, rect.origin, attributes);
+    if (text.empty() || !isFinite(rect.origin) || !std::isfinite(rect.size.width)
+        || !std::isfinite(rect.size.height) || !(rect.size.width > 0))
+        return;
+    const auto layout = layoutOf(text, attributes, TextBox {rect.size, attributes.paragraphStyle});
+    paintText(*layout, {NSMinX(rect), m_isFlipped ? NSMinY(rect) : NSMaxY(rect)}, attributes);
 }
 
-void QtGraphicsContext::paintWithShadow(const QRectF& bounds, const Paint& paint) {
+void QtGraphicsContext::paintText(
+    const TextLayout& layout, QPointF corner, const TextAttributes& attributes) {
+    const QTransform upright(1, 0, 0, m_isFlipped ? 1 : -1, corner.x(), corner.y());
+    const QColor color = toQColor(attributes.color);
+    const auto paint = [&](QPainter& painter) {
+        const QTransform before = painter.worldTransform();
+        painter.setWorldTransform(upright, true);
+        painter.setPen(color);
+        layout.draw(painter);
+        painter.setWorldTransform(before);
+    };
+    const QRectF bounds = upright.mapRect(layout.reach());
+    const auto cacheKey = [&]() -> std::optional<QString> {
+        CacheKey key;
+        key << 't' << color.alpha() << qHash(layout.font()) << corner.x() << corner.y();
+        return key.text() + layout.key();
+    };
+    if (attributes.shadow && isFinite(*attributes.shadow))
+        paintShadow(*attributes.shadow, bounds, paint, cacheKey());
+    paintWithShadow(bounds, paint, cacheKey);
+}
+
+template <class ToPaint, class MakeKey>
+void QtGraphicsContext::paintWithShadow(
+    const QRectF& bounds, const ToPaint& paint, const MakeKey& cacheKey) {
     if (const auto& shadow = state().shadow)
-        paintShadow(*shadow, bounds, paint);
+        paintShadow(*shadow, bounds, std::ref(paint), cacheKey());
     paint(target());
 }
 
 // Drawn in the device's pixels, so that the shadow is as fine as what casts it.
-void QtGraphicsContext::paintShadow(
-    const NSShadow& shadow, const QRectF& bounds, const Paint& paint, const QString& cacheName) {
-    const QTransform toDevice = target().deviceTransform();
+void QtGraphicsContext::paintShadow(const NSShadow& shadow, const QRectF& bounds,
+    const Paint& paint, const std::optional<QString>& cacheKey) {
+    QPainter& painter = target();
+    const QTransform toDevice = painter.deviceTransform();
     const ShadowReach reach(shadow, m_viewToDevice);
     QRectF pixels =
         toDevice.mapRect(bounds).adjusted(-reach.extent, -reach.extent, reach.extent, reach.extent);
-    const bool isCached =
-        !cacheName.isEmpty() && pixels.width() * pixels.height() < mostCachedPixels;
-    if (const auto visible = visiblePixels(target()); visible && !isCached)
-        pixels &= reach.sourceOf(*visible);
-    const QRect area = pixels.toAlignedRect();
-    if (area.isEmpty() || !toDevice.isInvertible())
+    const auto visible = visiblePixels(painter);
+    if (!toDevice.isInvertible()
+        || (visible && !pixels.translated(reach.offset).intersects(*visible)))
         return;
+    const bool isCached = cacheKey && pixels.width() * pixels.height() < mostCachedPixels;
+    if (visible && !isCached)
+        pixels &= reach.sourceOf(*visible);
+    if (!QRectF(-farthestPixel, -farthestPixel, 2 * farthestPixel, 2 * farthestPixel)
+            .contains(pixels))
+        return;
+    const QRect area = pixels.toAlignedRect();
 
-    const QColor color = toQColor(shadow.color);
+    // What is scrolled by whole pixels has the same key: only the place within the area is in it.
     const QTransform toArea = toDevice * QTransform::fromTranslate(-area.x(), -area.y());
-    QString key = QStringLiteral("kw-shadow ") + color.name(QColor::HexArgb) + u' ';
-    for (const double value : {reach.sigma, toArea.m11(), toArea.m12(), toArea.m21(), toArea.m22(),
-             toArea.dx(), toArea.dy()})
-        key += QString::number(value) + u' ';
-    key += cacheName;
+    const QColor color = toQColor(shadow.color);
+    CacheKey key;
     QPixmap picture;
-    if (!isCached || !QPixmapCache::find(key, &picture)) {
+    if (isCached) {
+        key << std::string_view("kw-shadow") << color.rgba() << reach.sigma << state().isSmooth
+            << area.width() << area.height();
+        for (const double value :
+            {toArea.m11(), toArea.m12(), toArea.m21(), toArea.m22(), toArea.dx(), toArea.dy()})
+            key << value;
+        key << *cacheKey;
+    }
+    if (!isCached || !QPixmapCache::find(key.text(), &picture)) {
         QImage mask(area.size(), QImage::Format_Alpha8);
+        if (mask.isNull())
+            return;
         mask.fill(0);
         {
-            QPainter painter(&mask);
-            painter.setRenderHints(target().renderHints());
-            painter.setTransform(toArea);
-            paint(painter);
+            QPainter caster(&mask);
+            caster.setRenderHints(painter.renderHints());
+            caster.setTransform(toArea);
+            paint(caster);
         }
         blurMask(mask, reach.sigma);
         QImage colored(area.size(), QImage::Format_ARGB32_Premultiplied);
+        if (colored.isNull())
+            return;
         colored.fill(color);
-        QPainter painter(&colored);
-        painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
-        painter.drawImage(0, 0, mask);
-        painter.end();
+        QPainter colorer(&colored);
+        colorer.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+        colorer.drawImage(0, 0, mask);
+        colorer.end();
         picture = QPixmap::fromImage(std::move(colored));
         if (isCached)
-            QPixmapCache::insert(key, picture);
+            QPixmapCache::insert(key.text(), picture);
     }
 
-    target().save();
-    target().setWorldTransform((target().worldTransform().inverted() * toDevice).inverted());
-    target().drawPixmap(area.topLeft() + reach.offset, picture);
-    target().restore();
+    const QTransform before = painter.worldTransform();
+    painter.setWorldTransform((before.inverted() * toDevice).inverted());
+    painter.drawPixmap(area.topLeft() + reach.offset, picture);
+    painter.setWorldTransform(before);
 }
 
 } // namespace kw::qt

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <KWToolkit/platform/graphics/NSGraphicsContext.h>
+#include <KWToolkitQt/TextLayout.h>
 
 #include <QBrush>
 #include <QColor>
@@ -26,6 +27,14 @@ namespace kw::qt {
 ///
 /// A transparency layer is a picture of the pixels inside the clip. On what has no pixels
 /// (QPicture, PDF) each shape has the layer's alpha by itself, and the layer no shadow.
+///
+/// Without antialiasing a pixel is painted where its center lies inside; of centers on an edge
+/// those on the lower and right edges of the device do. So at one pixel per point a line one point
+/// wide along y = h paints the row of pixels below it, whichever way y goes; at two the rows on
+/// both sides.
+///
+/// What has a coordinate that is no finite number is not drawn. Texts in a rectangle without a
+/// width are not, either.
 class QtGraphicsContext final : public NSGraphicsContext {
 public:
     /// The painter's origin is the view's upper left corner. It is left as it was found, also where
@@ -59,6 +68,8 @@ private:
         QBrush fill = Qt::black;
         QColor strokeColor = Qt::black;
         std::optional<NSShadow> shadow;
+        bool isSmooth = true;
+        bool hasSmoothFonts = true;
     };
     using Paint = std::function<void(QPainter&)>;
 
@@ -68,9 +79,13 @@ private:
     State& state() { return m_states.back(); }
     QBrush fillBrush();
     void drawNothing();
+    std::shared_ptr<const TextLayout> layoutOf(std::string_view text,
+        const TextAttributes& attributes, const std::optional<TextBox>& box = {});
+    void paintText(const TextLayout& layout, QPointF corner, const TextAttributes& attributes);
     void paintShadow(const NSShadow& shadow, const QRectF& bounds, const Paint& paint,
-        const QString& cacheName = {});
-    void paintWithShadow(const QRectF& bounds, const Paint& paint);
+        const std::optional<QString>& cacheKey);
+    template <class ToPaint, class MakeKey>
+    void paintWithShadow(const QRectF& bounds, const ToPaint& paint, const MakeKey& cacheKey);
 
     QPainter& m_painter; // of the view; within a layer see target()
     double m_height;

@@ -8,6 +8,9 @@
 #include <KWToolkitQt/QtCursorService.h>
 #include <KWToolkitQt/QtImageDecoder.h>
 #include <KWToolkitQt/QtRunLoop.h>
+#include <KWToolkitQt/QtSystemColors.h>
+#include <KWToolkitQt/QtTextMetrics.h>
+#include <KWToolkitQt/QtViewLoader.h>
 
 #include <QCoreApplication>
 
@@ -22,6 +25,9 @@ void useQtServices() {
             [] { return std::make_unique<QtApplicationService>(); });
         setServiceFactory<ImageDecoder>([] { return std::make_unique<QtImageDecoder>(); });
         setServiceFactory<CursorService>([] { return std::make_unique<QtCursorService>(); });
+        setServiceFactory<TextMetrics>([] { return std::make_unique<QtTextMetrics>(); });
+        setServiceFactory<SystemColors>([] { return std::make_unique<QtSystemColors>(); });
+        setServiceFactory<ViewLoader>([] { return std::make_unique<QtViewLoader>(); });
         QtApplicationService::watchQuit();
         // So that other threads know the main thread's loop before anyone asks there.
         qAddPreRoutine([] { Platform::runLoop(); });
