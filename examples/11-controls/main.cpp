@@ -57,6 +57,7 @@ public:
 
         m_search->setCell(std::make_shared<BorderedCell>());
         m_search->setTextColor(kw::NSColor::whiteColor());
+        m_search->setAlignment(kw::NSTextAlignmentCenter);
         m_search->setPlaceholderString("Search");
 
         for (const auto& view : std::initializer_list<std::shared_ptr<kw::NSView>> {
@@ -65,8 +66,8 @@ public:
     }
 
     static kw::Class& classObject() {
-        static kw::Class object("ControlsView", kw::NSView::classObject(),
-            {kw::method("raise", &ControlsView::raise)});
+        static kw::Class object(
+            "ControlsView", kw::NSView::classObject(), {kw::method("raise", &ControlsView::raise)});
         return object;
     }
     kw::Class& isa() const override { return classObject(); }
@@ -92,7 +93,7 @@ private:
     std::shared_ptr<kw::KWShadowedTextField> m_name =
         std::make_shared<kw::KWShadowedTextField>(kw::NSMakeRect(20, 92, 200, 26));
     std::shared_ptr<kw::NSTextField> m_search =
-        std::make_shared<kw::NSTextField>(kw::NSMakeRect(20, 58, 280, 22));
+        std::make_shared<kw::NSTextField>(kw::NSMakeRect(20, 60, 280, 18));
     std::shared_ptr<kw::KWSeparatorView> m_separator =
         std::make_shared<kw::KWSeparatorView>(kw::NSMakeRect(0, 0, 320, 40));
 };
