@@ -50,11 +50,14 @@ public:
     explicit Cell(bool hasBorder, int radius) {
         m_altBgColor = rgb(0.35, 0.5, 0.75, 0.3);
         m_selectionColor = rgb(0.85, 0.35, 0.2);
-        m_inactiveSelectionColor = white(0.6);
-        m_inactiveInsertionPointColor = white(0.6);
         m_cornerRadius = radius;
-        if (hasBorder)
+        if (hasBorder) {
             m_borderColor = rgb(0.35, 0.5, 0.75);
+        } else {
+            // Of one cell in a window: each that is drawn colors the editor that they share.
+            m_inactiveSelectionColor = white(0.6);
+            m_inactiveInsertionPointColor = white(0.6);
+        }
     }
 };
 
@@ -301,7 +304,7 @@ private:
             const char* title;
             std::optional<kw::NSColor> color;
         } rows[] {{"Plain", {}}, {"Red", rgb(0.9, 0.25, 0.25)}, {"Green", rgb(0.2, 0.65, 0.35)},
-            {"Disabled", rgb(0.2, 0.4, 0.9)}};
+            {"Disabled", rgb(0.4, 0.6, 1)}};
         for (int i = 0; const auto& [title, color] : rows) {
             const auto button = std::make_shared<kw::NSButton>(
                 kw::NSMakeRect(width / 4 * i++, m_top, width / 4 - 10, 28));
