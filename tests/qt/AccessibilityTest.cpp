@@ -63,7 +63,7 @@ protected:
         plain->addSubview(field);
         for (const auto& view : std::vector<std::shared_ptr<NSView>> {group, plain, recorder})
             root->addSubview(view);
-        window.emplace(root);
+        window = std::make_unique<Window>(root);
         events().clear();
         listen(true);
         QAccessible::installUpdateHandler([](QAccessibleEvent* event) {
@@ -101,14 +101,15 @@ protected:
     std::shared_ptr<NSTextField> field = std::make_shared<NSTextField>(NSMakeRect(0, 5, 90, 20));
     std::shared_ptr<KWHotkeyView> recorder =
         std::make_shared<KWHotkeyView>(NSMakeRect(10, 10, 150, 40));
-    std::optional<Window> window;
+    std::unique_ptr<Window> window;
 };
 
 TEST_F(Accessibility, TellsOfViewsThatHaveARole) {
     EXPECT_EQ(describe(*widget()),
         "Client '' '' [Grouping '' '' [StaticText '7' '7'], EditableText 'Name' 'Zoë', "
         "HotkeyField 'Search' 'Click to set a hotkey']");
-    window.emplace(recorder);
+    recorder->removeFromSuperview();
+    window = std::make_unique<Window>(recorder);
     EXPECT_EQ(describe(*widget()),
         "Client '' '' [HotkeyField 'Search' 'Click to set a hotkey']"); // the root itself
 }
