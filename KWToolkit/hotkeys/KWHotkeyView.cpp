@@ -6,6 +6,9 @@
 #include <KWToolkit/hotkeys/NSEvent+ModifierKeys.h>
 #include <KWToolkit/platform/foundation/Message.h>
 #include <KWToolkit/platform/foundation/Unicode.h>
+#include <KWToolkit/platform/ui/NSWindow.h>
+
+#include <utility>
 
 namespace kw {
 
@@ -145,7 +148,8 @@ void KWHotkeyView::drawRect(NSGraphicsContext& context, NSRect rect) {
     context.setStrokeColor(m_borderColor);
     context.stroke(outline);
 
-    const std::string text = textToDraw();
+    const auto [text, fontSize] = textToDraw();
+    m_currentFontSize = fontSize;
     const NSFont font = NSFont::boldSystemFontOfSize(m_currentFontSize);
     const TextAttributes face {font, NSColor::whiteColor(),
         NSShadow {.color = rgb(0.3, 0.3, 0.3), .offset = {0, 0}, .blurRadius = 3}};
@@ -158,16 +162,31 @@ void KWHotkeyView::drawRect(NSGraphicsContext& context, NSRect rect) {
     context.drawText(text, {x, y}, face);
 }
 
-std::string KWHotkeyView::textToDraw() {
-    m_currentFontSize = m_bigFontSize;
+KWHotkeyView::Text KWHotkeyView::textToDraw() const {
     if (!m_acceptHotkey && m_registeredHotkey)
-        return renderHotkeyDict(*m_registeredHotkey);
+        return {renderHotkeyDict(*m_registeredHotkey), m_bigFontSize};
     if (m_acceptHotkey && m_modifiersHotkey) {
         if (auto held = renderHotkeyDict(*m_modifiersHotkey); !held.empty())
-            return held;
+            return {std::move(held), m_bigFontSize};
     }
-    m_currentFontSize = m_smallFontSize;
-    return m_acceptHotkey ? "Type a hotkey" : "Click to set a hotkey";
+    return {m_acceptHotkey ? "Type a hotkey" : "Click to set a hotkey", m_smallFontSize};
+}
+
+NSAccessibilityRole KWHotkeyView::accessibilityRole() const {
+    return NSAccessibilityRole::hotkeyField;
+}
+
+std::string KWHotkeyView::accessibilityLabel() const {
+    const std::string label = NSView::accessibilityLabel();
+    return label.empty() ? "Hotkey" : label;
+}
+
+bool KWHotkeyView::accessibilityPerformPress() {
+    if (NSWindow* const shownIn = window(); shownIn && !shownIn->makeFirstResponder(this))
+        return false;
+    mouseDown({});
+    mouseUp({});
+    return true;
 }
 
 void KWHotkeyView::setAcceptHotkey(bool accept) {

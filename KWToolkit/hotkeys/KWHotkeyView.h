@@ -84,10 +84,21 @@ public:
     bool acceptsFirstResponder() const override { return true; }
     bool resignFirstResponder() override;
 
+    NSAccessibilityRole accessibilityRole() const override;
+    /// "Hotkey" where no label is set.
+    std::string accessibilityLabel() const override;
+    std::string accessibilityValue() const override { return textToDraw().text; }
+    /// Arms the view, unless it cannot have the keyboard: it would wait for keys in vain.
+    bool accessibilityPerformPress() override;
+
 private:
+    struct Text {
+        std::string text;
+        float fontSize;
+    };
     void setAcceptHotkey(bool accept);
     void tellDelegate(SEL message);
-    std::string textToDraw();
+    Text textToDraw() const;
 
     WeakReference m_delegate;
     bool m_acceptHotkey = false;

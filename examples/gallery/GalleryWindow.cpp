@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "GalleryWindow.h"
 
+#include "ControlsPage.h"
 #include "HotkeysPage.h"
 #include "ImagesPage.h"
 #include "LayersPage.h"
@@ -30,6 +31,7 @@ const Page pages[] {
     {"Images", &ImagesPage::make, &ImagesPage::visit},
     {"Observation", &ObservationPage::make, &ObservationPage::visit},
     {"Layers", &LayersPage::make, &LayersPage::visit},
+    {"Controls", &ControlsPage::make, &ControlsPage::visit},
 };
 
 } // namespace

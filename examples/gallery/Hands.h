@@ -15,9 +15,10 @@ namespace gallery {
 class Hands {
 public:
     virtual ~Hands() = default;
+    virtual void moveMouse(QWidget& widget, QPoint place) = 0;
     virtual void pressMouse(QWidget& widget, QPoint place) = 0;
     virtual void releaseMouse(QWidget& widget, QPoint place) = 0;
-    /// Letters, by their capital, Qt::Key_Alt, Qt::Key_Return and Qt::Key_Escape.
+    /// Letters, by their capital, Qt::Key_Alt, Qt::Key_Return, Qt::Key_Tab and Qt::Key_Escape.
     virtual void pressKey(Qt::Key key) = 0;
     virtual void releaseKey(Qt::Key key) = 0;
     /// Whether other programs, too, see what the hands do.

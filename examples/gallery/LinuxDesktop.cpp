@@ -41,12 +41,16 @@ public:
         , m_keys(xcb_key_symbols_alloc(m_connection.get()))
         , m_root(xcb_setup_roots_iterator(xcb_get_setup(m_connection.get())).data->root) { }
 
+    void moveMouse(QWidget& widget, QPoint place) override {
+        const QPointF onScreen = widget.mapToGlobal(QPointF(place)) * widget.devicePixelRatioF();
+        fake(XCB_MOTION_NOTIFY, /*absolute*/ 0, onScreen.toPoint());
+    }
     void pressMouse(QWidget& widget, QPoint place) override {
-        move(widget, place);
+        moveMouse(widget, place);
         fake(XCB_BUTTON_PRESS, XCB_BUTTON_INDEX_1);
     }
     void releaseMouse(QWidget& widget, QPoint place) override {
-        move(widget, place);
+        moveMouse(widget, place);
         fake(XCB_BUTTON_RELEASE, XCB_BUTTON_INDEX_1);
     }
     void pressKey(Qt::Key key) override { fake(XCB_KEY_PRESS, keyCode(key)); }
@@ -54,10 +58,6 @@ public:
     bool areReal() const override { return true; }
 
 private:
-    void move(const QWidget& widget, QPoint place) {
-        const QPointF onScreen = widget.mapToGlobal(QPointF(place)) * widget.devicePixelRatioF();
-        fake(XCB_MOTION_NOTIFY, /*absolute*/ 0, onScreen.toPoint());
-    }
     void fake(std::uint8_t type, std::uint8_t detail, QPoint place = {}) {
         xcb_test_fake_input(m_connection.get(), type, detail, XCB_CURRENT_TIME, m_root,
             static_cast<std::int16_t>(place.x()), static_cast<std::int16_t>(place.y()), 0);
@@ -65,7 +65,8 @@ private:
     }
     xcb_keycode_t keyCode(Qt::Key key) const {
         static constexpr std::pair<Qt::Key, xcb_keysym_t> keysyms[] {{Qt::Key_Alt, XKB_KEY_Alt_L},
-            {Qt::Key_Return, XKB_KEY_Return}, {Qt::Key_Escape, XKB_KEY_Escape}};
+            {Qt::Key_Return, XKB_KEY_Return}, {Qt::Key_Tab, XKB_KEY_Tab},
+            {Qt::Key_Escape, XKB_KEY_Escape}};
         const auto* const found =
             std::ranges::find(keysyms, key, &std::pair<Qt::Key, xcb_keysym_t>::first);
         // The keysyms of Latin letters are their codes, and so are Qt's, which are capitals.

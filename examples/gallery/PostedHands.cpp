@@ -11,6 +11,7 @@ namespace {
 
 class PostedHands final : public Hands {
 public:
+    void moveMouse(QWidget& widget, QPoint place) override { QTest::mouseMove(&widget, place); }
     void pressMouse(QWidget& widget, QPoint place) override {
         QTest::mousePress(&widget, Qt::LeftButton, m_modifiers, place);
     }

@@ -12,6 +12,7 @@
 #include <KWToolkitQt/KeyboardGrabFilter.h>
 #include <KWToolkitQt/QtCursorService.h>
 #include <KWToolkitQt/QtGraphicsContext.h>
+#include <KWToolkitQt/ViewAccessibility.h>
 #include <KWToolkitQt/ViewPeers.h>
 
 #include <QApplication>
@@ -147,6 +148,7 @@ private:
     ViewWidget& m_widget;
     HostedWindow m_window {*this};
     ViewPeers m_peers {m_widget, [this](const QWidget& peer) { releaseFocus(peer); }};
+    ViewAccessibility m_accessibility {m_widget, *root, m_peers};
     bool m_arePeersDue = false;
     bool m_isUpdatePosted = false;
     NSView* m_firstResponder = nullptr;
@@ -166,6 +168,7 @@ private:
 void ViewWidget::Private::setNeedsDisplayInRect(NSRect rect) {
     const double top = root->isFlipped() ? NSMinY(rect) : root->bounds().size.height - NSMaxY(rect);
     m_widget.update(QRectF(NSMinX(rect), top, rect.size.width, rect.size.height).toAlignedRect());
+    m_accessibility.update();
 }
 
 void ViewWidget::Private::viewsChanged() {
@@ -181,8 +184,10 @@ void ViewWidget::Private::viewsChanged() {
 }
 
 void ViewWidget::Private::updatePeers() {
-    if (std::exchange(m_arePeersDue, false))
-        m_peers.update(*root);
+    if (!std::exchange(m_arePeersDue, false))
+        return;
+    m_peers.update(*root);
+    m_accessibility.update();
 }
 
 bool ViewWidget::Private::giveFocus(NSView* view, Qt::FocusReason reason) {
@@ -220,6 +225,7 @@ void ViewWidget::Private::viewWillGo(NSView& view) {
         m_firstResponder = nullptr;
         m_isFirstResponderTold = false;
     }
+    m_accessibility.viewWillGo(view);
     m_peers.remove(view);
 }
 
@@ -237,6 +243,7 @@ void ViewWidget::Private::releaseFocus(const QWidget& peer) {
 }
 
 void ViewWidget::Private::becomeFirstResponder() {
+    m_accessibility.update();
     if (!m_firstResponder || std::exchange(m_isFirstResponderTold, true))
         return;
     callGuarded([this] {
@@ -275,6 +282,7 @@ void ViewWidget::Private::focusIn(Qt::FocusReason reason) {
 }
 
 void ViewWidget::Private::focusOut() {
+    m_accessibility.update();
     m_offer.reset();
     if (!m_peers.widgetOf(m_firstResponder))
         resignAnyway(); // Qt's focus cannot be held back.

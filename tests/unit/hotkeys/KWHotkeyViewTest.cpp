@@ -89,6 +89,7 @@ struct KWHotkeyViewTest : testing::Test {
         EXPECT_EQ(std::get<Recording::DrawText>(context.calls().back()).text, text);
         EXPECT_EQ(colorOf(view), color) << text;
         EXPECT_EQ(view.currentFontSize(), fontSize) << text;
+        EXPECT_EQ(view.accessibilityValue(), text);
     }
 };
 
@@ -200,6 +201,23 @@ TEST_F(KWHotkeyViewTest, ALoneMouseReleaseArmsAndSuspendsUntilTheViewIsGone) {
     }
     EXPECT_FALSE(service.isSuspended());
     EXPECT_EQ(delegate.log, "");
+}
+
+TEST_F(KWHotkeyViewTest, APressArmsItUnlessItCannotHaveTheKeyboard) {
+    struct Keeper : NSView {
+        bool acceptsFirstResponder() const override { return true; }
+        bool resignFirstResponder() override { return false; }
+    };
+    const auto keeper = std::make_shared<Keeper>();
+    EXPECT_EQ(view.accessibilityLabel(), "Hotkey");
+    EXPECT_TRUE(view.accessibilityPerformPress());
+    EXPECT_TRUE(view.acceptHotkey());
+    EXPECT_EQ(host.firstResponder(), &view);
+    EXPECT_EQ(view.currentFontSize(), 14); // drawn or not
+    view.addSubview(keeper);
+    host.makeFirstResponder(keeper.get());
+    EXPECT_FALSE(view.accessibilityPerformPress());
+    EXPECT_FALSE(view.acceptHotkey());
 }
 
 TEST_F(KWHotkeyViewTest, ASetRecordIsShownWithoutFurtherAdo) {
