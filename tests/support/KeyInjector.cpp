@@ -50,6 +50,18 @@ void KeyInjector::type(std::vector<xcb_keysym_t> keysyms) {
     release(keysyms);
 }
 
+void KeyInjector::moveMouse(int x, int y) {
+    xcb_test_fake_input(m_xcb, XCB_MOTION_NOTIFY, 0, XCB_CURRENT_TIME, m_root,
+        static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), 0);
+    synchronize();
+}
+
+void KeyInjector::click() {
+    for (const std::uint8_t type : {XCB_BUTTON_PRESS, XCB_BUTTON_RELEASE})
+        xcb_test_fake_input(m_xcb, type, 1, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+    synchronize();
+}
+
 void KeyInjector::lockModifiers(std::uint8_t modifiers) {
     xcb_xkb_latch_lock_state(m_xcb, XCB_XKB_ID_USE_CORE_KBD, 0xff, modifiers, 0, 0, 0, 0, 0);
     synchronize();

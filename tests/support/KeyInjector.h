@@ -10,8 +10,9 @@
 
 namespace kw::test {
 
-/// Another client of the display: presses keys (by the XTEST extension), switches what is locked,
-/// and competes for combinations. Each call returns after the server has done it.
+/// Another client of the display: presses keys and moves the mouse (by the XTEST extension),
+/// switches what is locked, and competes for combinations. Each call returns after the server has
+/// done it.
 class KeyInjector {
 public:
     explicit KeyInjector(const std::string& displayName);
@@ -29,6 +30,11 @@ public:
     void release(const std::vector<xcb_keysym_t>& keysyms);
     /// Presses the keys in order and releases them in reverse.
     void type(std::vector<xcb_keysym_t> keysyms);
+
+    /// To a place on the screen.
+    void moveMouse(int x, int y);
+    /// The left button.
+    void click();
 
     /// Locks these of the server's modifiers and no others.
     void lockModifiers(std::uint8_t modifiers);

@@ -73,8 +73,10 @@ void ViewPeers::collect(
     NSView& view, const Place& place, std::unordered_map<NSView*, Place>& places) {
     if (const ViewPeerFactory* const make = factoryFor(view)) {
         auto& peer = m_peers[&view];
-        if (!peer)
+        if (!peer) {
             peer = (*make)(view, m_parent);
+            peer->widget().installEventFilter(&m_parent);
+        }
         places.emplace(&view, place);
     }
     for (const auto& subview : view.subviews()) {

@@ -16,7 +16,7 @@ namespace kw::qt {
 /// Where a view's upper left corner is, seen from its superview's, y down.
 QPointF upperLeftCorner(const NSView& subview);
 
-/// The peers of a tree of views.
+/// The peers of a tree of views. Their widgets' events are filtered by the parent.
 class ViewPeers {
 public:
     /// `releaseFocus` takes the keyboard from a widget that will be hidden.

@@ -549,6 +549,13 @@ bool ViewWidget::event(QEvent* event) {
     return QWidget::event(event);
 }
 
+bool ViewWidget::eventFilter(QObject* peer, QEvent* event) {
+    // Soon it is looked where the mouse is now.
+    if (event->type() == QEvent::MouseButtonRelease)
+        d->viewsChanged();
+    return QWidget::eventFilter(peer, event);
+}
+
 bool ViewWidget::focusNextPrevChild(bool next) {
     return d->moveFocus(next) || !d->takeFocusFromPeer() || QWidget::focusNextPrevChild(next)
         || d->wrapFocus(next);
