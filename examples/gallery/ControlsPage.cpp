@@ -17,6 +17,7 @@
 #include <KWToolkit/controls/NSButton+TextColor.h>
 #include <KWToolkit/platform/ui/NSNib.h>
 #include <KWToolkit/platform/ui/NSTextView.h>
+#include <KWToolkit/platform/ui/NSWindow.h>
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -457,6 +458,9 @@ void ControlsPage::steps(Tour& tour) {
 
     choose(0);
     press(*m_panel->keys->view());
+    tour.expect("the view, clicked", "KWControlledView", [this] {
+        return QString::fromStdString(m_panel->window()->firstResponder().isa().name());
+    });
     type(Qt::Key_K);
     tour.expect("where the key went", "k: KWControlledView → KeyController → NSView → NSWindow",
         [this] { return QString::fromStdString(m_panel->keys->text()); });
