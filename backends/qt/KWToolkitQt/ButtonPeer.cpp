@@ -20,10 +20,6 @@ namespace {
 
 constexpr double disabledOpacity = 0.5; // of a title with colors of its own
 
-QString toQString(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 class Button final : public QPushButton {
 public:
     Button(NSButton& view, QWidget& parent);

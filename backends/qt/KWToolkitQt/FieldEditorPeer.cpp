@@ -29,10 +29,6 @@ constexpr int topMargin = 1;
 constexpr int cursorRoom = 2;
 constexpr int cursorInset = 5;
 
-QString toQString(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 /// A place in the UTF-8 form as one in the UTF-16 form.
 int toUtf16(std::string_view text, std::size_t place) {
     return static_cast<int>(toQString(text.substr(0, place)).size());

@@ -75,8 +75,12 @@ NSColor toNSColor(const QColor& color) {
     return NSColor::colorWithDeviceRed(rgb.redF(), rgb.greenF(), rgb.blueF(), rgb.alphaF());
 }
 
+QString toQString(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
 QString toDrawnText(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()))
+    return toQString(text)
         .remove(QChar(u'\0'))
         .replace(QLatin1String("\r\n"), QLatin1String("\n"))
         .replace(QChar(QChar::LineSeparator), u'\n')

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The KWToolkit authors
 // SPDX-License-Identifier: MIT
-// Fonts and colors as Qt has them. Main thread.
+// Texts, fonts and colors as Qt has them. Main thread.
 #pragma once
 
 #include <KWToolkit/platform/graphics/NSColor.h>
@@ -25,9 +25,11 @@ QFont toQFont(const NSFont& font, const QPaintDevice& device,
 QColor toQColor(const NSColor& color);
 NSColor toNSColor(const QColor& color);
 
+/// What is not UTF-8 becomes U+FFFD.
+QString toQString(std::string_view text);
+
 /// The text without U+0000, which would be drawn as an empty box: it is the letter of a key that a
-/// keyboard layout does not know. Any kind of line end becomes a line feed; what is not UTF-8
-/// becomes U+FFFD.
+/// keyboard layout does not know. Any kind of line end becomes a line feed.
 QString toDrawnText(std::string_view text);
 
 } // namespace kw::qt
