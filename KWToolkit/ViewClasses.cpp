@@ -23,7 +23,8 @@ bool registerAll() {
     return true;
 }
 
-/// The classes that layout files may name from the start.
+/// The classes that layout files may name from the start. (Of an archive, the linker would leave
+/// this file out; the library is always a shared one.)
 [[maybe_unused]] const bool areRegistered = registerAll<NSView, NSTextField, NSButton, KWPillBadge,
     KWShadowedTextField, KWEmbossedTextField, KWSeparatorView, KWEvenSeparatorView,
     KWOddSeparatorView, KWControlledView, KWHotkeyView>();

@@ -11,12 +11,20 @@ Class& KWControlledView::classObject() {
     return object;
 }
 
+NSViewController* KWControlledView::viewController() const {
+    // Also while it is being destroyed: it still takes itself out then.
+    bool lives = false;
+    m_living.whileItLives([&lives](const NSObject&) { lives = true; });
+    return lives ? m_viewController : nullptr;
+}
+
 void KWControlledView::setViewController(NSViewController* controller) {
-    if (m_viewController) {
-        NSView::setNextResponder(m_viewController->nextResponder());
-        m_viewController->setNextResponder(nullptr);
+    if (NSViewController* const former = viewController()) {
+        NSView::setNextResponder(former->nextResponder());
+        former->setNextResponder(nullptr);
     }
     m_viewController = controller;
+    m_living = controller;
     if (controller) {
         NSResponder* const next = nextResponder();
         NSView::setNextResponder(controller);
@@ -25,8 +33,8 @@ void KWControlledView::setViewController(NSViewController* controller) {
 }
 
 void KWControlledView::setNextResponder(NSResponder* responder) {
-    if (m_viewController)
-        m_viewController->setNextResponder(responder);
+    if (NSViewController* const controller = viewController())
+        controller->setNextResponder(responder);
     else
         NSView::setNextResponder(responder);
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <KWToolkit/platform/Export.h>
+#include <KWToolkit/platform/foundation/WeakReference.h>
 #include <KWToolkit/platform/ui/NSView.h>
 
 namespace kw {
@@ -18,15 +19,18 @@ public:
     static Class& classObject();
     Class& isa() const override { return classObject(); }
 
-    NSViewController* viewController() const { return m_viewController; }
+    /// Null once it is gone.
+    NSViewController* viewController() const;
     /// Takes the former controller out of the chain and puts this one in its place; null only takes
-    /// out. It is not owned, and must be taken out before it dies; a `KWViewController` does that.
+    /// out. It is not owned. One that dies without having been taken out ends the chain; a
+    /// `KWViewController` takes itself out.
     void setViewController(NSViewController* controller);
     /// The controller's next responder while there is one, else the view's.
     void setNextResponder(NSResponder* responder) override;
 
 private:
     NSViewController* m_viewController = nullptr;
+    WeakReference m_living;
 };
 
 } // namespace kw

@@ -16,7 +16,7 @@ namespace kw {
 ///     const auto preferences = kw::KWViewController::viewController<Preferences>();
 ///     window.addSubview(preferences->view());
 ///
-/// Main thread.
+/// It needs a `classObject` of its own: without one its class is that of its base. Main thread.
 class KW_EXPORT KWViewController : public NSViewController {
 public:
     using NSViewController::NSViewController;

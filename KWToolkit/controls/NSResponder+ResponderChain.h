@@ -8,7 +8,8 @@
 
 namespace kw {
 
-/// Makes `responder` the next after `after`, and what was next the next after it.
+/// Makes `responder` the next after `after`, and what was next the next after it. After a
+/// `KWControlledView` with a controller it comes after that. One that is next already stays there.
 KW_EXPORT void insertIntoResponderChain(NSResponder& after, NSResponder& responder);
 
 } // namespace kw

@@ -14,6 +14,9 @@ namespace kw {
 /// and "%0.7g" for a float.
 KW_EXPORT std::string stringValue(double number);
 KW_EXPORT std::string stringValue(float number);
+inline std::string stringValue(long double number) {
+    return stringValue(static_cast<double>(number));
+}
 template <std::integral Number>
 std::string stringValue(Number number) {
     return std::to_string(+number);

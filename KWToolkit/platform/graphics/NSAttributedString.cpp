@@ -69,7 +69,9 @@ void NSAttributedString::setForegroundColor(const std::optional<NSColor>& color,
 void NSAttributedString::fixAttributesInRange(NSRange range) {
     const std::size_t end =
         std::min(m_string.size(), range.location + std::min(range.length, m_string.size()));
-    for (std::size_t at = range.location; at < end;) {
+    const std::size_t before =
+        range.location == 0 ? std::string::npos : m_string.rfind('\n', range.location - 1);
+    for (std::size_t at = before == std::string::npos ? 0 : before + 1; at < end;) {
         const std::size_t next = std::min(m_string.find('\n', at), m_string.size() - 1) + 1;
         const auto style = attributesAtIndex(at).paragraphStyle;
         change({at, next - at}, [&](Attributes& changed) { changed.paragraphStyle = style; });

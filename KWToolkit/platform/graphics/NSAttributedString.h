@@ -54,8 +54,9 @@ public:
     /// beginning.
     void setAttributes(const Attributes& attributes, NSRange range);
     void setForegroundColor(const std::optional<NSColor>& color, NSRange range);
-    /// Makes the attributes fit the text: a paragraph that begins in the range has one paragraph
-    /// style, its first character's. Fonts stay; whoever draws finds one for what a font lacks.
+    /// Makes the attributes fit the text: a paragraph of which a part is in the range has one
+    /// paragraph style, its first character's. Fonts stay; whoever draws finds one for what a font
+    /// lacks.
     void fixAttributesInRange(NSRange range);
 
     friend bool operator==(const NSAttributedString&, const NSAttributedString&) = default;

@@ -5,6 +5,7 @@
 #include <KWToolkit/platform/ui/NSView.h>
 #include <KWToolkit/platform/ui/NSWindow.h>
 
+#include <utility>
 #include <vector>
 
 namespace kw {
@@ -23,8 +24,10 @@ public:
     void setNeedsDisplayInRect(NSRect rect) override { dirty.push_back(rect); }
     void viewWillGo(NSView& view) override {
         gone.push_back(&view);
-        if (m_firstResponder && m_firstResponder->isDescendantOf(view))
-            makeFirstResponder(nullptr);
+        if (m_firstResponder && m_firstResponder->isDescendantOf(view)) {
+            NSView* const former = std::exchange(m_firstResponder, nullptr);
+            former->resignFirstResponder(); // asked, but it goes in any case
+        }
     }
     void viewsChanged() override { ++changes; }
     bool isKey() const override { return isKeyWindow; }
@@ -33,13 +36,17 @@ public:
     bool makeFirstResponder(NSView* view) override {
         if (view == m_firstResponder)
             return true;
+        const auto alive = view ? view->weak_from_this().lock() : nullptr;
         NSView* const former = std::exchange(m_firstResponder, nullptr);
         if (former && !former->resignFirstResponder()) {
             m_firstResponder = former;
             return false;
         }
-        if (!view || !view->acceptsFirstResponder())
-            return !view;
+        // Whoever was told may have given it to another, or taken the view away.
+        if (m_firstResponder || !view)
+            return m_firstResponder == view;
+        if (view->host() != this || !view->acceptsFirstResponder())
+            return false;
         m_firstResponder = view;
         return view->becomeFirstResponder();
     }

@@ -75,8 +75,13 @@ void HoverTracker::update(NSView& root, Areas inside, const NSEvent& event) {
         }
         // Removed. What its owner put in its place takes over; an owner without areas left it.
         const auto owner = area->owner();
+        const auto* const view = dynamic_cast<const NSView*>(owner.get());
         if (!owner)
             continue;
+        if (view && contains(view->trackingAreas(), area)) {
+            exited.push_back(area); // together with its view
+            continue;
+        }
         if (const auto heir = findOwner(entered, owner); heir != entered.end()) {
             stayed.push_back(*heir);
             entered.erase(heir);

@@ -21,6 +21,17 @@ void NSControl::setEnabled(bool enabled) {
         return;
     setNeedsDisplay();
     setNeedsPeerUpdate();
+    // Last: whoever is told may let go of the control.
+    if (!enabled)
+        giveUpFirstResponder();
+}
+
+void NSControl::giveUpFirstResponder() {
+    NSWindow* const shownIn = window();
+    const auto* const first =
+        shownIn ? dynamic_cast<const NSView*>(&shownIn->firstResponder()) : nullptr;
+    if (first && first->isDescendantOf(*this))
+        shownIn->makeFirstResponder(nullptr);
 }
 
 bool NSControl::sendAction() {

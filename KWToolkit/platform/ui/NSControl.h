@@ -19,6 +19,7 @@ public:
     Class& isa() const override { return classObject(); }
 
     bool isEnabled() const { return m_isEnabled; }
+    /// One that is disabled gives up the keyboard.
     void setEnabled(bool enabled);
 
     /// Who gets the action. Not owned.
@@ -32,6 +33,10 @@ public:
     bool sendAction();
 
     bool acceptsFirstResponder() const override { return m_isEnabled; }
+
+protected:
+    /// Lets go of the keyboard where the control, or a view in it, has it.
+    void giveUpFirstResponder();
 
 private:
     WeakReference m_target;

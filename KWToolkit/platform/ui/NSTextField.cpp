@@ -39,8 +39,8 @@ Class& NSTextField::classObject() {
 void NSTextField::setCell(std::shared_ptr<NSTextFieldCell> cell) {
     if (!cell || cell == m_cell)
         return;
-    m_cell->setControlView(nullptr);
-    cell->setShowsFirstResponder(m_cell->showsFirstResponder());
+    if (m_cell->controlView().get() == this)
+        m_cell->setControlView(nullptr);
     m_cell = std::move(cell);
     m_cell->setControlView(*this);
     changed();
@@ -73,8 +73,6 @@ void NSTextField::setAlignment(NSTextAlignment alignment) {
 
 void NSTextField::setEditable(bool editable) {
     m_cell->setEditable(editable);
-    if (!editable && currentEditor())
-        window()->makeFirstResponder(nullptr);
     changed();
 }
 
@@ -82,6 +80,9 @@ void NSTextField::changed() {
     if (const auto editor = currentEditor())
         setUpEditor(*editor);
     setNeedsDisplay();
+    // Last: whoever is told may let go of the field.
+    if (!acceptsFirstResponder())
+        giveUpFirstResponder();
 }
 
 std::shared_ptr<NSTextView> NSTextField::currentEditor() const {
@@ -103,18 +104,24 @@ void NSTextField::selectText() {
     NSWindow* const shownIn = window();
     if (!shownIn || !acceptsFirstResponder())
         return;
+    const auto alive = weak_from_this().lock();
     const auto editor = shownIn->fieldEditor(true, this);
     if (editor->superview() != this) {
-        editor->removeFromSuperview(); // ends what it edits
+        editor->resignFirstResponder(); // ends what it edits
+        // Whoever was told may have taken it back, or this field away.
+        if (editor->superview() || window() != shownIn)
+            return;
         editor->setSelectedTextAttributes({});
         editor->setInsertionPointColor({});
         editor->setDelegate(*this);
         setUpEditor(*editor);
         addSubview(editor);
-        m_cell->setShowsFirstResponder(true);
     }
     editor->selectAll();
     shownIn->makeFirstResponder(editor.get());
+    // Somebody may keep the keyboard.
+    if (&shownIn->firstResponder() != editor.get() && editor->superview() == this)
+        letGoOfEditor(*editor);
     setNeedsDisplay();
 }
 
@@ -137,14 +144,16 @@ void NSTextField::textDidChange(const NSNotification&) {
 }
 
 void NSTextField::textDidEndEditing(const NSNotification&) {
-    if (const auto editor = currentEditor()) {
-        editor->setDelegate(nullptr);
-        editor->removeFromSuperview();
-    }
-    m_cell->setShowsFirstResponder(false);
+    if (const auto editor = currentEditor())
+        letGoOfEditor(*editor);
     setNeedsDisplay();
     NSNotificationCenter::defaultCenter().postNotificationName(
         NSControlTextDidEndEditingNotification, this);
+}
+
+void NSTextField::letGoOfEditor(NSTextView& editor) {
+    editor.setDelegate(nullptr);
+    editor.removeFromSuperview();
 }
 
 void NSTextField::insertNewline(NSTextView& editor) {

@@ -35,7 +35,8 @@ public:
     bool isFlipped() const override { return true; }
 
     const std::shared_ptr<NSTextFieldCell>& cell() const { return m_cell; }
-    /// Null is ignored.
+    /// Null is ignored. The cell is taken from the field that it belonged to, which must get
+    /// another one.
     void setCell(std::shared_ptr<NSTextFieldCell> cell);
 
     // The cell's, with a redraw.
@@ -79,6 +80,7 @@ public:
 private:
     void insertNewline(NSTextView& editor);
     void setUpEditor(NSTextView& editor);
+    static void letGoOfEditor(NSTextView& editor);
     void changed();
 
     std::shared_ptr<NSTextFieldCell> m_cell;

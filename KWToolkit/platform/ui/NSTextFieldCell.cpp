@@ -3,7 +3,7 @@
 #include <KWToolkit/platform/ui/NSTextFieldCell.h>
 
 #include <KWToolkit/platform/Platform.h>
-#include <KWToolkit/platform/ui/NSView.h>
+#include <KWToolkit/platform/ui/NSTextField.h>
 
 namespace kw {
 
@@ -18,6 +18,11 @@ NSColor NSTextFieldCell::textColor() const {
 
 NSColor NSTextFieldCell::backgroundColor() const {
     return m_backgroundColor ? *m_backgroundColor : NSColor::textBackgroundColor();
+}
+
+bool NSTextFieldCell::showsFirstResponder() const {
+    const auto field = std::dynamic_pointer_cast<NSTextField>(controlView());
+    return field && field->currentEditor();
 }
 
 std::shared_ptr<NSView> NSTextFieldCell::controlView() const {
@@ -35,7 +40,7 @@ void NSTextFieldCell::drawWithFrame(NSGraphicsContext& context, NSRect frame, NS
 void NSTextFieldCell::drawInteriorWithFrame(NSGraphicsContext& context, NSRect frame, NSView&) {
     const bool isPlaceholder = m_stringValue.empty();
     const std::string& text = isPlaceholder ? m_placeholderString : m_stringValue;
-    if (m_showsFirstResponder || text.empty())
+    if (showsFirstResponder() || text.empty())
         return;
     const NSColor color = textColor();
     context.drawTextInRect(text, frame,

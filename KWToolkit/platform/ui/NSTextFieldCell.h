@@ -53,10 +53,9 @@ public:
     NSColor backgroundColor() const;
     void setBackgroundColor(std::optional<NSColor> color) { m_backgroundColor = std::move(color); }
 
-    /// Whether the text is being edited here.
-    bool showsFirstResponder() const { return m_showsFirstResponder; }
-    void setShowsFirstResponder(bool shows) { m_showsFirstResponder = shows; }
-    /// The field that the cell belongs to; null for none.
+    /// Whether the text is being edited in the field.
+    bool showsFirstResponder() const;
+    /// The field that the cell belongs to; null for none. A cell belongs to one field.
     std::shared_ptr<NSView> controlView() const;
     void setControlView(WeakReference view) { m_controlView = std::move(view); }
 
@@ -75,7 +74,6 @@ private:
     NSTextAlignment m_alignment = NSTextAlignmentNatural;
     bool m_isEditable = true;
     bool m_drawsBackground = false;
-    bool m_showsFirstResponder = false;
 };
 
 } // namespace kw

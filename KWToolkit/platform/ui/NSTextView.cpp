@@ -5,6 +5,8 @@
 #include <KWToolkit/platform/foundation/Message.h>
 #include <KWToolkit/platform/foundation/NSNotificationCenter.h>
 
+#include <algorithm>
+
 namespace kw {
 
 Class& NSTextView::classObject() {
@@ -13,6 +15,16 @@ Class& NSTextView::classObject() {
             method("delegate", &NSTextView::delegate),
         });
     return object;
+}
+
+void NSTextView::setString(std::string string) {
+    change(m_string, std::move(string));
+    setSelectedRange(m_selectedRange);
+}
+
+void NSTextView::setSelectedRange(NSRange range) {
+    const std::size_t location = std::min(range.location, m_string.size());
+    change(m_selectedRange, NSRange {location, std::min(range.length, m_string.size() - location)});
 }
 
 void NSTextView::userDidChange(std::string string, NSRange selection) {

@@ -46,10 +46,11 @@ public:
     void setDelegate(WeakReference delegate) { m_delegate = std::move(delegate); }
 
     const std::string& string() const { return m_string; }
-    void setString(std::string string) { change(m_string, std::move(string)); }
+    void setString(std::string string);
     /// The cursor is an empty range.
     NSRange selectedRange() const { return m_selectedRange; }
-    void setSelectedRange(NSRange range) { change(m_selectedRange, range); }
+    /// What of it lies behind the text is ignored.
+    void setSelectedRange(NSRange range);
     void selectAll() { setSelectedRange({0, m_string.size()}); }
 
     const NSFont& font() const { return m_font; }

@@ -226,6 +226,8 @@ NSRect NSView::visibleRect() const {
 }
 
 void NSView::setHost(ViewHost* host) {
+    if (m_host && m_host != host)
+        m_host->viewWillGo(*this);
     m_host = host;
     setNextResponder(host ? &host->window() : nullptr);
 }

@@ -141,7 +141,8 @@ public:
 
     /// Whoever shows the tree that the view is in; null if nobody does.
     ViewHost* host() const;
-    /// Set on a root view by its host. Not owned.
+    /// Set on a root view by its host, which takes itself away (null) before it dies. The former
+    /// host is told that the view leaves.
     void setHost(ViewHost* host);
     /// The window that the view is in; null while nobody shows it.
     NSWindow* window() const;

@@ -10,6 +10,7 @@
 #include <KWToolkit/controls/NSButton+TextColor.h>
 #include <KWToolkit/platform/Platform.h>
 #include <KWToolkit/platform/foundation/NSKeyValueCoding.h>
+#include <KWToolkit/platform/foundation/NSNotificationCenter.h>
 #include <KWToolkit/platform/headless/HeadlessCursorService.h>
 #include <KWToolkit/platform/headless/HeadlessViewHost.h>
 #include <KWToolkit/platform/headless/RecordingGraphicsContext.h>
@@ -20,6 +21,8 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <tuple>
+#include <utility>
 
 namespace {
 
@@ -202,7 +205,12 @@ TEST_F(FieldTest, DrawsTextOverShadowOverHighlight) {
         (Calls {Recording::SetShouldSmoothFonts {false},
             Recording::DrawTextInRect {"ab", field->bounds(), attributes(white(0))}}));
 
+    field->setXOffset(9);
+    field->setPadding({9, 9});
+    field->setSubpixelAntiAliasing(true);
     field->awakeFromNib();
+    EXPECT_EQ(std::tuple(field->xOffset(), field->padding(), field->subpixelAntiAliasing()),
+        std::tuple(0.0F, NSSize {}, false));
     field->setPadding({3, 2});
     field->setXOffset(0.1F);
     field->setSubpixelAntiAliasing(true);
@@ -249,6 +257,80 @@ TEST_F(FieldTest, DrawsTheHighlightAloneWhileItIsEdited) {
     EXPECT_EQ(editor->superview(), nullptr);
 }
 
+TEST_F(FieldTest, EndsEditingWhenItIsDisabledOrAnotherBegins) {
+    int ended = 0;
+    bool staysOnce = false;
+    auto& center = NSNotificationCenter::defaultCenter();
+    const auto observer = center.addObserver(
+        NSControlTextDidEndEditingNotification, field.get(), [&](const NSNotification&) {
+            ++ended;
+            if (std::exchange(staysOnce, false))
+                field->selectText();
+        });
+    edit();
+    field->setEnabled(false);
+    EXPECT_EQ(ended, 1);
+    EXPECT_EQ(field->currentEditor(), nullptr);
+    field->setEnabled(true);
+    const auto editor = edit();
+    field->setStringValue("ab");
+    staysOnce = true;
+    other->selectText();
+    EXPECT_NE(field->currentEditor(), nullptr);
+    EXPECT_FALSE(other->cell()->showsFirstResponder());
+    other->selectText();
+    EXPECT_EQ(ended, 3);
+    EXPECT_FALSE(field->cell()->showsFirstResponder());
+    EXPECT_EQ(other->currentEditor(), editor);
+    EXPECT_EQ(drawn(*field).size(), 2U); // its text, too
+    other->setEditable(false);
+    EXPECT_EQ(editor->delegate(), nullptr);
+    center.removeObserver(observer);
+}
+
+TEST_F(FieldTest, IsNotEditedWithoutTheKeyboardOrOnceItIsGone) {
+    struct Stubborn : NSView {
+        bool acceptsFirstResponder() const override { return true; }
+        bool resignFirstResponder() override { return false; }
+    };
+    const auto stubborn = std::make_shared<Stubborn>();
+    root->addSubview(stubborn);
+    shown.host.makeFirstResponder(stubborn.get());
+    field->selectText();
+    EXPECT_EQ(field->currentEditor(), nullptr);
+    stubborn->removeFromSuperview();
+
+    edit();
+    auto& center = NSNotificationCenter::defaultCenter();
+    const auto observer = center.addObserver(NSControlTextDidEndEditingNotification, field.get(),
+        [this](const NSNotification&) { std::exchange(other, nullptr)->removeFromSuperview(); });
+    EXPECT_FALSE(shown.host.makeFirstResponder(other.get()));
+    EXPECT_EQ(shown.host.firstResponder(), nullptr);
+    center.removeObserver(observer);
+}
+
+TEST_F(FieldTest, TellsOfEachEditingOnce) {
+    std::string log;
+    auto& center = NSNotificationCenter::defaultCenter();
+    std::vector<NSNotificationCenter::Observer> observers;
+    for (const auto& [name, word] : {std::pair(NSControlTextDidBeginEditingNotification, "begin "),
+             {NSControlTextDidChangeNotification, "change "},
+             {NSControlTextDidEndEditingNotification, "end "}})
+        observers.push_back(center.addObserver(
+            name, field.get(), [&log, word = word](const NSNotification&) { log += word; }));
+    for (int pass = 0; pass < 2; ++pass) {
+        const auto editor = edit();
+        editor->userDidChange("a" + std::to_string(pass), {2, 0});
+        editor->userDidChange("a" + std::to_string(pass), {1, 0}); // only the cursor
+        editor->userDidChange("ab", {2, 0});
+        shown.host.makeFirstResponder(nullptr);
+        log += "| ";
+    }
+    EXPECT_EQ(log, "begin change change end | begin change change end | ");
+    for (const auto observer : observers)
+        center.removeObserver(observer);
+}
+
 TEST_F(FieldTest, IsAsWideAsTheTextThatIsTyped) {
     field->setPadding({3, 2});
     const auto editor = edit();
@@ -268,7 +350,9 @@ TEST_F(FieldTest, AsksForARedrawOnlyUnderTheMouse) {
     field->setHighlightHoverWithColor(blue);
     EXPECT_THAT(shown.host.dirty, IsEmpty());
     field->mouseEntered({});
+    EXPECT_EQ(drawn(*field).size(), 5U); // the highlight, too
     field->mouseExited({});
+    EXPECT_EQ(drawn(*field).size(), 3U);
     field->setEditable(false);
     field->mouseEntered({});
     EXPECT_EQ(shown.host.dirty.size(), 4U); // one for `setEditable`
@@ -329,6 +413,7 @@ TEST(Hovering, FollowsMouseViewsAndReplacedAreas) {
     EXPECT_EQ(at(46, 20), "in ");
     replace(NSMakeRect(0, 0, 30, 20));
     EXPECT_EQ(at(46, 20, true, false), "");
+    EXPECT_EQ(at(47, 20), "moved ");
     replace(NSMakeRect(20, 0, 10, 20));
     EXPECT_EQ(at(46, 20, true, false), "out ");
     owner->setFrame(NSMakeRect(20, 10, 40, 20));
@@ -338,6 +423,10 @@ TEST(Hovering, FollowsMouseViewsAndReplacedAreas) {
     owner->track(owner->bounds());
     at(46, 20);
     clip->setHidden(true);
+    EXPECT_EQ(at(46, 20, true, false), "out ");
+    clip->setHidden(false);
+    at(46, 20);
+    owner->removeFromSuperview();
     EXPECT_EQ(at(46, 20, true, false), "out ");
 }
 
@@ -371,7 +460,13 @@ TEST(TextFieldCell, DrawsItsBackgroundAndColorsTheEditor) {
             Recording::Stroke {background}, text}));
     setValueForKey(*cell, 0, "borderSize");
     EXPECT_EQ(drawn(*field).size(), 3U);
+    for (const char* const key : {"altBgColor", "selectionColor", "insertionPointColor",
+             "inactiveInsertionPointColor", "inactiveSelectionColor"})
+        setValueForKey(*cell, green, key);
+    setValueForKey(*cell, 9, "cornerRadius");
+    cell->setDrawsBackground(true);
     cell->awakeFromNib();
+    EXPECT_FALSE(cell->drawsBackground());
     EXPECT_EQ(drawn(*field), (Calls {fill, Recording::Fill {background}, text}));
     setValueForKey(*cell, blue, "insertionPointColor"); // not what is drawn
 
@@ -380,6 +475,7 @@ TEST(TextFieldCell, DrawsItsBackgroundAndColorsTheEditor) {
     EXPECT_EQ(drawn(*field).size(), 2U); // the editor shows the text
     EXPECT_EQ(editor->insertionPointColor(), white(1));
     EXPECT_EQ(editor->selectedTextAttributes().backgroundColor, white(1.0 / 3));
+    editor->setSelectedTextAttributes({.backgroundColor = {}, .foregroundColor = green});
     shown.host.isKeyWindow = false;
     drawn(*field);
     EXPECT_EQ(editor->insertionPointColor(), white(1)); // kept
@@ -387,7 +483,8 @@ TEST(TextFieldCell, DrawsItsBackgroundAndColorsTheEditor) {
     setValueForKey(*cell, green, "inactiveSelectionColor");
     drawn(*field);
     EXPECT_EQ(editor->insertionPointColor(), blue);
-    EXPECT_EQ(editor->selectedTextAttributes().backgroundColor, green);
+    EXPECT_EQ(
+        editor->selectedTextAttributes(), (NSTextView::SelectedTextAttributes {green, green}));
 }
 
 TEST(Separators, DrawTwoLinesAlongTheUpperEdge) {
@@ -438,7 +535,7 @@ TEST(AttributedString, CutsAtCharactersAndFixesParagraphs) {
             NSAttributedString::Run {{1, 4}, {}}));
     text.setForegroundColor(blue, {3, std::string::npos});
     text.setAttributes({.paragraphStyle = NSParagraphStyle {NSTextAlignmentRight}}, {0, 1});
-    text.fixAttributesInRange(text.wholeRange());
+    text.fixAttributesInRange({1, 1});
     EXPECT_TRUE(text.attributesAtIndex(3).paragraphStyle);
     EXPECT_FALSE(text.attributesAtIndex(4).paragraphStyle);
     EXPECT_EQ(text.attributesAtIndex(4).foregroundColor, blue);

@@ -58,8 +58,21 @@ TEST(ControlledView, KeepsItsControllerRightAfterIt) {
     setViewController(*view, nullptr);
     EXPECT_EQ(chain(), "vrw");
     EXPECT_EQ(two.nextResponder(), nullptr);
+    view->setViewController(&one);
+    insertIntoResponderChain(*view, two);
+    EXPECT_EQ(chain(), "v12rw");
+    insertIntoResponderChain(one, two);
+    EXPECT_EQ(chain(), "v12rw");
+    one.setNextResponder(root.get());
+    view->setViewController(nullptr);
     root->setHost(nullptr);
     EXPECT_EQ(chain(), "vr");
+    // One that dies where it should not have.
+    auto dying = std::make_shared<NSViewController>();
+    view->setViewController(dying.get());
+    dying.reset();
+    view->removeFromSuperview();
+    EXPECT_EQ(view->viewController(), nullptr);
 }
 
 TEST(ResponderChain, TakesTheLastThatIsInsertedFirst) {
