@@ -158,7 +158,7 @@ TEST(PillBadge, WritesNumbersPlainly) {
 
 TEST(PillBadge, OnlyTheGradientAsksForARedraw) {
     KWPillBadge badge(NSMakeRect(0, 0, 60, 30));
-    Shown shown(badge);
+    const Shown shown(badge);
     badge.setCounterValue(7);
     badge.setBgColor(blue);
     badge.setTextFont(NSFont::systemFontOfSize(9));
@@ -313,11 +313,11 @@ TEST_F(FieldTest, TellsOfEachEditingOnce) {
     std::string log;
     auto& center = NSNotificationCenter::defaultCenter();
     std::vector<NSNotificationCenter::Observer> observers;
-    for (const auto& [name, word] : {std::pair(NSControlTextDidBeginEditingNotification, "begin "),
+    for (const auto& [name, note] : {std::pair(NSControlTextDidBeginEditingNotification, "begin "),
              {NSControlTextDidChangeNotification, "change "},
              {NSControlTextDidEndEditingNotification, "end "}})
         observers.push_back(center.addObserver(
-            name, field.get(), [&log, word = word](const NSNotification&) { log += word; }));
+            name, field.get(), [&log, text = note](const NSNotification&) { log += text; }));
     for (int pass = 0; pass < 2; ++pass) {
         const auto editor = edit();
         editor->userDidChange("a" + std::to_string(pass), {2, 0});
