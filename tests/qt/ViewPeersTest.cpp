@@ -18,6 +18,9 @@
 #include <QDialog>
 #include <QPointer>
 #include <QPushButton>
+#include <QScrollArea>
+
+#include <utility>
 
 namespace {
 
@@ -367,6 +370,70 @@ TEST(ViewPeers, LiveNoLongerThanWhatTheyShow) {
     form->city.reset();
     form.reset();
     QTest::keyClicks(focus(), "e");
+}
+
+TEST(ViewPeers, LeaveTheFocusWhereTheEndOfEditingHasPutIt) {
+    enum class Act { removes, reselects };
+    for (const auto act : {Act::removes, Act::reselects}) {
+        Form form;
+        Window window(form.root);
+        form.name->selectText();
+        const Posted posted(*form.name, [&] {
+            if (act == Act::reselects && !form.name->currentEditor())
+                form.name->selectText();
+            else if (act == Act::removes && form.city)
+                std::exchange(form.city, nullptr)->removeFromSuperview();
+        });
+        QTest::keyClick(focus(), Qt::Key_Tab);
+        EXPECT_EQ(window.views->firstResponder(), form.name->currentEditor().get());
+        EXPECT_EQ(form.name->currentEditor() != nullptr, act == Act::reselects);
+    }
+}
+
+TEST(ViewPeers, MayDeleteTheirWidgetByAKeyOrWhenEditingEnds) {
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Tab}) {
+        const Form form;
+        Target target;
+        form.button->setTarget(target);
+        form.button->setAction(SEL("press"));
+        form.button->setKeyEquivalent("\r");
+        Window window(form.root);
+        form.name->selectText();
+        target.act = [&] { delete std::exchange(window.views, nullptr); };
+        const Posted posted(*form.name, target.act);
+        QTest::keyClick(focus(), key);
+        EXPECT_FALSE(window.views);
+    }
+}
+
+TEST(ViewPeers, DoNothingWithAKeyThatIsAShortcut) {
+    const Form form;
+    Target target;
+    form.button->setTarget(target);
+    form.button->setAction(SEL("press"));
+    form.button->setKeyEquivalent(" ");
+    Window window(form.root);
+    form.root->host()->makeFirstResponder(form.button.get());
+    QTest::keyClick(focus(), Qt::Key_Space);
+    EXPECT_THAT(target.log, ElementsAre("press"));
+    form.button->setKeyEquivalent("");
+    QTest::keyClick(focus(), Qt::Key_Space);
+    EXPECT_THAT(target.log, ElementsAre("press", "press"));
+}
+
+TEST(ViewPeers, AreScrolledToWithTheFocus) {
+    const Form form;
+    form.root->setFrame(NSMakeRect(0, 0, 220, 2000)); // the fields at its lower end
+    QScrollArea area;
+    auto* const views = new qt::ViewWidget(form.root);
+    views->resize(220, 2000);
+    area.setWidget(views);
+    area.resize(240, 200);
+    area.show();
+    area.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&area));
+    form.city->selectText();
+    EXPECT_TRUE(views->visibleRegion().contains(QRect(10, 1940, 200, 20)));
 }
 
 TEST(ButtonPeer, ClicksWithItsTitleAsItIs) {

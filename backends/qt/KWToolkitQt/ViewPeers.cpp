@@ -2,15 +2,18 @@
 // SPDX-License-Identifier: MIT
 #include <KWToolkitQt/ViewPeers.h>
 
+#include <KWToolkit/platform/Guarded.h>
 #include <KWToolkit/platform/ui/NSButton.h>
 #include <KWToolkit/platform/ui/NSTextView.h>
 #include <KWToolkitQt/ButtonPeer.h>
 #include <KWToolkitQt/FieldEditorPeer.h>
 
+#include <QPointer>
 #include <QRegion>
 #include <QWidget>
 
 #include <cmath>
+#include <ranges>
 #include <utility>
 #include <vector>
 
@@ -26,6 +29,23 @@ Factories& factories() {
         {&NSButton::classObject(), makeButtonPeer},
     };
     return object;
+}
+
+/// Of widgets with one parent; each lies over the one before.
+void stack(const QObjectList& siblings, const std::vector<QWidget*>& widgets) {
+    auto next = widgets.begin();
+    for (const QObject* const sibling : siblings) {
+        if (next != widgets.end() && *next == sibling)
+            ++next;
+    }
+    if (next == widgets.end())
+        return;
+    QWidget* above = nullptr;
+    for (QWidget* const widget : widgets | std::views::reverse) {
+        if (above)
+            widget->stackUnder(above);
+        above = widget;
+    }
 }
 
 const ViewPeerFactory* factoryFor(const NSView& view) {
@@ -58,26 +78,37 @@ QPointF upperLeftCorner(const NSView& subview) {
         superview.isFlipped() ? NSMinY(frame) : superview.bounds().size.height - NSMaxY(frame)};
 }
 
-/// In the widget's coordinates.
+/// In the parent's coordinates.
 struct ViewPeers::Place {
     QRectF area;
     QRectF visible; // what no superview cuts off
     bool isHidden = false;
+    NSView* view = nullptr;
+    QWidget* widget = nullptr;
 };
 
 ViewPeers::ViewPeers(QWidget& parent, std::function<void(QWidget&)> releaseFocus)
     : m_parent(parent)
     , m_releaseFocus(std::move(releaseFocus)) { }
 
-void ViewPeers::collect(
-    NSView& view, const Place& place, std::unordered_map<NSView*, Place>& places) {
-    if (const ViewPeerFactory* const make = factoryFor(view)) {
-        auto& peer = m_peers[&view];
-        if (!peer) {
-            peer = (*make)(view, m_parent);
-            peer->widget().installEventFilter(&m_parent);
-        }
-        places.emplace(&view, place);
+ViewPeer* ViewPeers::make(NSView& view) {
+    if (const auto found = m_peers.find(&view); found != m_peers.end())
+        return found->second.get();
+    const ViewPeerFactory* const factory = factoryFor(view);
+    std::unique_ptr<ViewPeer> peer;
+    if (factory)
+        callGuarded([&] { peer = (*factory)(view, m_parent); });
+    if (!peer)
+        return nullptr;
+    peer->widget().installEventFilter(&m_parent);
+    return (m_peers[&view] = std::move(peer)).get();
+}
+
+void ViewPeers::collect(NSView& view, const Place& place, std::vector<Place>& places) {
+    if (ViewPeer* const peer = make(view)) {
+        places.push_back(place);
+        places.back().view = &view;
+        places.back().widget = &peer->widget();
     }
     for (const auto& subview : view.subviews()) {
         const NSSize size = subview->frame().size;
@@ -90,26 +121,32 @@ void ViewPeers::collect(
 
 void ViewPeers::update(NSView& root) {
     const QRectF area(0, 0, root.frame().size.width, root.frame().size.height);
-    std::unordered_map<NSView*, Place> places;
+    std::vector<Place> places;
     collect(root, {area, area, root.isHidden()}, places);
+    std::vector<QWidget*> widgets;
+    for (const Place& place : places)
+        widgets.push_back(place.widget);
+    stack(m_parent.children(), widgets);
     const unsigned update = ++m_updates;
-    for (const auto& [view, place] : places) {
+    for (const Place& place : places) {
         // Hiding and disabling move the focus, and whoever is told of that may change anything.
-        const auto peer = m_peers.find(view);
+        const auto peer = m_peers.find(place.view);
         if (peer != m_peers.end())
-            put(*peer->second, *view, place);
+            put(*peer->second, place);
         if (update != m_updates)
             return;
     }
 }
 
-void ViewPeers::put(ViewPeer& peer, const NSView& view, const Place& place) {
+void ViewPeers::put(ViewPeer& peer, const Place& place) {
     QWidget& widget = peer.widget();
     if (place.isHidden) {
-        if (!widget.isHidden()) {
-            m_releaseFocus(widget);
+        if (widget.isHidden())
+            return;
+        const QPointer<QWidget> alive(&widget);
+        m_releaseFocus(widget);
+        if (alive)
             widget.hide();
-        }
         return;
     }
     const QRect frame = toPixels(place.area);
@@ -121,12 +158,14 @@ void ViewPeers::put(ViewPeer& peer, const NSView& view, const Place& place) {
     if (const QRegion mask = seen == widget.rect() ? QRegion() : QRegion(seen);
         mask != widget.mask())
         widget.setMask(mask);
-    if (const auto name = QString::fromStdString(view.accessibilityLabel());
-        widget.accessibleName() != name)
-        widget.setAccessibleName(name);
+    callGuarded([&] {
+        if (const auto name = QString::fromStdString(place.view->accessibilityLabel());
+            widget.accessibleName() != name)
+            widget.setAccessibleName(name);
+    });
     if (widget.isHidden())
         widget.show();
-    peer.update();
+    callGuarded([&] { peer.update(); });
 }
 
 void ViewPeers::remove(const NSView& tree) {

@@ -10,6 +10,7 @@
 #include <functional>
 #include <memory>
 #include <unordered_map>
+#include <vector>
 
 namespace kw::qt {
 
@@ -22,7 +23,8 @@ public:
     /// `releaseFocus` takes the keyboard from a widget that will be hidden.
     ViewPeers(QWidget& parent, std::function<void(QWidget&)> releaseFocus);
 
-    /// Makes those that are missing, and puts all where their views are.
+    /// Makes those that are missing, and puts all where their views are, as they lie over each
+    /// other.
     void update(NSView& root);
     /// Of a tree of views that leaves.
     void remove(const NSView& tree);
@@ -33,8 +35,11 @@ public:
 
 private:
     struct Place;
-    void collect(NSView& view, const Place& place, std::unordered_map<NSView*, Place>& places);
-    void put(ViewPeer& peer, const NSView& view, const Place& place);
+    /// Null where the view has none.
+    ViewPeer* make(NSView& view);
+    /// Back to front.
+    void collect(NSView& view, const Place& place, std::vector<Place>& places);
+    void put(ViewPeer& peer, const Place& place);
 
     QWidget& m_parent;
     std::function<void(QWidget&)> m_releaseFocus;

@@ -21,6 +21,7 @@
 #include <QPainter>
 #include <QPointer>
 #include <QScopedValueRollback>
+#include <QScrollArea>
 #include <QStyleHints>
 
 #include <algorithm>
@@ -33,6 +34,13 @@ namespace kw::qt {
 namespace {
 
 bool isWithin(const NSView* view, const NSView& tree) { return view && view->isDescendantOf(tree); }
+
+/// No where it throws.
+bool acceptsFirstResponder(const NSView& view) {
+    bool accepts = false;
+    callGuarded([&] { accepts = view.acceptsFirstResponder(); });
+    return accepts;
+}
 
 /// Both the painter's origin and that of `dirty` are the view's upper left corner.
 void paint(QPainter& painter, NSView& view, const QRectF& dirty) {
@@ -75,7 +83,9 @@ private:
 
 } // namespace
 
-class ViewWidget::Private final : public ViewHost {
+/// Whoever calls views from here keeps it for the call: they may delete the widget. After each such
+/// call the widget and what holds it are used only unless `isGone()`.
+class ViewWidget::Private final : public ViewHost, public std::enable_shared_from_this<Private> {
 public:
     Private(ViewWidget& host, std::shared_ptr<NSView> view)
         : root(view ? std::move(view) : std::make_shared<NSView>())
@@ -83,17 +93,17 @@ public:
         , m_widget(host) {
         root->setHost(this);
         QObject::connect(qApp, &QApplication::focusChanged, &m_context,
-            [this](const QWidget*, const QWidget* now) { focusMoved(now); });
+            [this](const QWidget*, QWidget* now) { focusMoved(now); });
         viewsChanged();
     }
-    ~Private() override {
-        viewWillGo(*root);
-        root->setHost(nullptr);
-    }
+
+    /// The widget goes.
+    void close();
+    bool isGone() const { return !m_accessibility; }
 
     void setNeedsDisplayInRect(NSRect rect) override;
     NSView* firstResponder() const override { return m_firstResponder; }
-    bool makeFirstResponder(NSView* view) override { return giveFocus(view, Qt::OtherFocusReason); }
+    bool makeFirstResponder(NSView* view) override;
     void viewWillGo(NSView& view) override;
     void viewsChanged() override;
     bool isKey() const override { return m_widget.isActiveWindow(); }
@@ -106,6 +116,7 @@ public:
     bool wrapFocus(bool forward);
     bool offer(const QKeyEvent& event);
     bool takes(const QKeyEvent& event);
+    bool keepsFromPeer(const QKeyEvent& event);
     void key(QKeyEvent& event);
     void press(QMouseEvent& event);
     void drag(const QMouseEvent& event);
@@ -126,6 +137,12 @@ private:
         quint32 scanCode;
         quint64 timestamp;
         bool isTaken;
+        bool isOfKey(const QKeyEvent& event) const {
+            return key == event.key() && scanCode == event.nativeScanCode();
+        }
+        bool isOf(const QKeyEvent& press) const {
+            return isOfKey(press) && timestamp == press.timestamp();
+        }
     };
 
     void send(NSView& view, Message message, const NSEvent& event) const;
@@ -133,8 +150,12 @@ private:
     void becomeFirstResponder();
     bool resignFirstResponder();
     void resignAnyway();
+    bool hasFocus(const NSView& view) const {
+        return isWithin(m_firstResponder, view) && m_isFirstResponderTold;
+    }
+    void scrollTo(const NSView& view) const;
     void releaseFocus(const QWidget& peer);
-    void focusMoved(const QWidget* now);
+    void focusMoved(QWidget* now);
     /// The view that the first responder works for: a text field, where that is its editor.
     NSView* focused();
     std::vector<NSView*> focusable();
@@ -143,18 +164,20 @@ private:
     NSEvent mouseEvent(NSEvent::Type type, const QMouseEvent& event) const;
     void sendToEditor(const QMouseEvent& event) const;
     void countClick(const QMouseEvent& event);
+    void mouseIsAt(std::optional<QPointF> place, NSEvent::Type type);
     void hover(NSEvent::Type type);
 
     ViewWidget& m_widget;
     HostedWindow m_window {*this};
     ViewPeers m_peers {m_widget, [this](const QWidget& peer) { releaseFocus(peer); }};
-    ViewAccessibility m_accessibility {m_widget, *root, m_peers};
+    std::optional<ViewAccessibility> m_accessibility {std::in_place, m_widget, *root, m_peers};
     bool m_arePeersDue = false;
     bool m_isUpdatePosted = false;
     NSView* m_firstResponder = nullptr;
     bool m_isFirstResponderTold = false; // that it has the focus
     bool m_isKeepingFocus = false; // the widget has taken it from a peer, for no view
     std::optional<Offer> m_offer;
+    std::optional<Offer> m_keptFromPeer; // until the key is released
     NSView* m_pressed = nullptr;
     QPointer<QWidget> m_pressedEditor; // which the press has made
     int m_clickCount = 0;
@@ -165,10 +188,17 @@ private:
     QObject m_context; // last: nothing is called any more once the rest goes
 };
 
+void ViewWidget::Private::close() {
+    viewWillGo(*root);
+    if (root->host() == this) // and not a widget that was made for it since
+        root->setHost(nullptr);
+    m_accessibility.reset();
+}
+
 void ViewWidget::Private::setNeedsDisplayInRect(NSRect rect) {
     const double top = root->isFlipped() ? NSMinY(rect) : root->bounds().size.height - NSMaxY(rect);
     m_widget.update(QRectF(NSMinX(rect), top, rect.size.width, rect.size.height).toAlignedRect());
-    m_accessibility.update();
+    m_accessibility->update();
 }
 
 void ViewWidget::Private::viewsChanged() {
@@ -176,6 +206,7 @@ void ViewWidget::Private::viewsChanged() {
     if (std::exchange(m_isUpdatePosted, true))
         return;
     const auto update = [this] {
+        const auto alive = shared_from_this();
         m_isUpdatePosted = false;
         updatePeers();
         hover(NSEvent::Type::mouseEntered); // under a still mouse
@@ -184,57 +215,114 @@ void ViewWidget::Private::viewsChanged() {
 }
 
 void ViewWidget::Private::updatePeers() {
-    if (!std::exchange(m_arePeersDue, false))
+    if (isGone() || !std::exchange(m_arePeersDue, false))
         return;
     m_peers.update(*root);
-    m_accessibility.update();
+    if (!isGone())
+        m_accessibility->update();
+}
+
+bool ViewWidget::Private::makeFirstResponder(NSView* view) {
+    const auto alive = shared_from_this();
+    return giveFocus(view, Qt::OtherFocusReason);
 }
 
 bool ViewWidget::Private::giveFocus(NSView* view, Qt::FocusReason reason) {
     if (!view) {
-        if (!resignFirstResponder())
+        if (!resignFirstResponder() || isGone())
             return false;
         if (const QWidget* const peer = m_peers.widgetOf(std::exchange(m_firstResponder, nullptr)))
             releaseFocus(*peer);
         return true;
     }
+    // Whoever loses the focus may take the view away.
+    const std::shared_ptr<NSObject> alive = view->weak_from_this().lock();
     if (view != m_firstResponder) {
-        if (!view->acceptsFirstResponder() || !isWithin(view, *root) || !resignFirstResponder())
+        const auto isFit = [&] {
+            return !isGone() && isWithin(view, *root) && acceptsFirstResponder(*view);
+        };
+        if (!isFit())
             return false;
+        if (!resignFirstResponder())
+            return hasFocus(*view);
+        if (!isFit()) {
+            giveFocus(nullptr, reason);
+            return false;
+        }
         m_firstResponder = view;
     }
     updatePeers();
-    if (QWidget* const peer = m_peers.widgetOf(view)) {
+    if (isGone() || view != m_firstResponder)
+        return hasFocus(*view);
+    if (m_peers.widgetOf(view)) {
         // Known to be it from now on, whatever window is active.
         becomeFirstResponder();
-        if (view == m_firstResponder)
+        if (QWidget* const peer = m_peers.widgetOf(view); peer && view == m_firstResponder)
             peer->setFocus(reason);
-    } else if (m_widget.hasFocus()) {
-        becomeFirstResponder();
     } else {
-        m_widget.setFocus(Qt::OtherFocusReason);
+        if (!m_widget.hasFocus()) {
+            const QScopedValueRollback keeping(m_isKeepingFocus, true);
+            m_widget.setFocus(Qt::OtherFocusReason);
+        }
+        if (m_widget.hasFocus() && view == m_firstResponder)
+            becomeFirstResponder();
     }
-    return isWithin(m_firstResponder, *view) && m_isFirstResponderTold;
+    if (!isGone() && isWithin(m_firstResponder, *view))
+        scrollTo(*view);
+    return hasFocus(*view);
+}
+
+void ViewWidget::Private::scrollTo(const NSView& view) const {
+    QWidget* ancestor = m_widget.parentWidget();
+    while (ancestor && !qobject_cast<QScrollArea*>(ancestor))
+        ancestor = ancestor->parentWidget();
+    auto* const area = static_cast<QScrollArea*>(ancestor);
+    if (!area || !area->widget())
+        return;
+    QPointF corner;
+    for (const NSView* each = &view; each->superview(); each = each->superview())
+        corner += upperLeftCorner(*each);
+    const QRect rect = QRectF(m_widget.mapTo(area->widget(), corner),
+        QSizeF(view.frame().size.width, view.frame().size.height))
+                           .toAlignedRect();
+    // One that does not fit stays as it is, once some of it is seen.
+    const QSize room = area->viewport()->size();
+    const QRect seen(-area->widget()->pos(), room);
+    const bool fits = rect.width() <= room.width() && rect.height() <= room.height();
+    if (fits || !rect.intersects(seen))
+        area->ensureVisible(rect.center().x(), rect.center().y(),
+            std::min(rect.width(), room.width()) / 2 + 1,
+            std::min(rect.height(), room.height()) / 2 + 1);
 }
 
 void ViewWidget::Private::viewWillGo(NSView& view) {
+    const auto alive = shared_from_this();
     if (isWithin(m_pressed, view))
         m_pressed = nullptr;
     if (isWithin(m_firstResponder, view)) {
         resignFirstResponder();
-        m_firstResponder = nullptr;
-        m_isFirstResponderTold = false;
+        if (isWithin(m_firstResponder, view)) {
+            m_firstResponder = nullptr;
+            m_isFirstResponderTold = false;
+        }
     }
-    m_accessibility.viewWillGo(view);
+    if (isGone())
+        return;
+    m_accessibility->viewWillGo(view);
     m_peers.remove(view);
 }
 
 /// Of a widget that is about to be hidden, or whose view is not first responder any more.
 void ViewWidget::Private::releaseFocus(const QWidget& peer) {
+    const QPointer<const QWidget> alive(&peer);
     if (m_firstResponder && m_peers.widgetOf(m_firstResponder) == &peer) {
-        resignAnyway();
+        if (!resignFirstResponder() && m_peers.widgetOf(m_firstResponder) != &peer)
+            return; // to a view that has it now
         m_firstResponder = nullptr;
+        m_isFirstResponderTold = false;
     }
+    if (isGone() || !alive)
+        return;
     const QWidget* const owner = m_widget.window()->focusWidget();
     if (owner != &peer && !peer.isAncestorOf(owner))
         return;
@@ -243,27 +331,38 @@ void ViewWidget::Private::releaseFocus(const QWidget& peer) {
 }
 
 void ViewWidget::Private::becomeFirstResponder() {
-    m_accessibility.update();
+    m_accessibility->update();
     if (!m_firstResponder || std::exchange(m_isFirstResponderTold, true))
         return;
-    callGuarded([this] {
-        if (!m_firstResponder->becomeFirstResponder())
-            m_isFirstResponderTold = false;
-    });
+    NSView& view = *m_firstResponder;
+    const std::shared_ptr<NSObject> alive = view.weak_from_this().lock();
+    bool becomes = true;
+    callGuarded([&] { becomes = view.becomeFirstResponder(); });
+    if (!becomes && m_firstResponder == &view)
+        m_isFirstResponderTold = false;
 }
 
+/// False where the view insists, and where another one, or the same anew, has got the focus since.
 bool ViewWidget::Private::resignFirstResponder() {
     if (!std::exchange(m_isFirstResponderTold, false))
         return true;
+    NSView& view = *m_firstResponder;
+    const std::shared_ptr<NSObject> alive = view.weak_from_this().lock();
     bool leaves = true;
-    callGuarded([&] { leaves = m_firstResponder->resignFirstResponder(); });
+    callGuarded([&] { leaves = view.resignFirstResponder(); });
+    if (!m_firstResponder)
+        return true;
+    if (m_firstResponder != &view || m_isFirstResponderTold)
+        return false;
     m_isFirstResponderTold = !leaves;
     return leaves;
 }
 
 void ViewWidget::Private::resignAnyway() {
+    const NSView* const view = m_firstResponder;
     resignFirstResponder();
-    m_isFirstResponderTold = false;
+    if (m_firstResponder == view)
+        m_isFirstResponderTold = false;
 }
 
 void ViewWidget::Private::focusIn(Qt::FocusReason reason) {
@@ -282,14 +381,17 @@ void ViewWidget::Private::focusIn(Qt::FocusReason reason) {
 }
 
 void ViewWidget::Private::focusOut() {
-    m_accessibility.update();
+    m_accessibility->update();
     m_offer.reset();
     if (!m_peers.widgetOf(m_firstResponder))
         resignAnyway(); // Qt's focus cannot be held back.
 }
 
 /// A menu and another window only borrow the keyboard from a peer.
-void ViewWidget::Private::focusMoved(const QWidget* now) {
+void ViewWidget::Private::focusMoved(QWidget* now) {
+    const auto alive = shared_from_this();
+    if (isGone())
+        return;
     if (now ? now->window() != m_widget.window() : !m_widget.isActiveWindow())
         return;
     NSView* const view = now ? m_peers.viewOf(now) : nullptr;
@@ -298,12 +400,14 @@ void ViewWidget::Private::focusMoved(const QWidget* now) {
             resignAnyway();
         return;
     }
+    now->installEventFilter(&m_widget);
     // By a click in it, say. Its former owner may want it back.
-    if (view != m_firstResponder && !resignFirstResponder())
+    if (view != m_firstResponder && !resignFirstResponder()) {
         giveFocus(m_firstResponder, Qt::OtherFocusReason);
-    else if (m_peers.widgetOf(view))
+    } else if (m_peers.widgetOf(view)) {
         m_firstResponder = view;
-    becomeFirstResponder();
+        becomeFirstResponder();
+    }
 }
 
 bool ViewWidget::Private::moveFocus(bool forward) {
@@ -319,7 +423,9 @@ bool ViewWidget::Private::moveFocus(bool forward) {
 
 /// So that Qt looks for the next one from this widget on. False where the view insists.
 bool ViewWidget::Private::takeFocusFromPeer() {
-    return !m_peers.widgetOf(m_firstResponder) || giveFocus(nullptr, Qt::OtherFocusReason);
+    return !isGone()
+        && (!m_peers.widgetOf(m_firstResponder) || giveFocus(nullptr, Qt::OtherFocusReason))
+        && !isGone();
 }
 
 bool ViewWidget::Private::wrapFocus(bool forward) {
@@ -345,7 +451,7 @@ void ViewWidget::Private::appendFocusable(NSView& tree, std::vector<NSView*>& vi
     if (tree.isHidden() || &tree == m_window.fieldEditor(false, nullptr).get())
         return;
     // Also one that has just been disabled: the next one is sought from there.
-    if (tree.acceptsFirstResponder() || &tree == m_firstResponder)
+    if (&tree == m_firstResponder || acceptsFirstResponder(tree))
         views.push_back(&tree);
     for (const auto& view : tree.subviews())
         appendFocusable(*view, views);
@@ -363,11 +469,25 @@ bool ViewWidget::Private::takes(const QKeyEvent& event) {
     if (isModifierKey(event))
         return false;
     // A press comes without an offer where Qt did not look for shortcuts.
-    const bool isOffered = m_offer && m_offer->key == event.key()
-        && m_offer->scanCode == event.nativeScanCode() && m_offer->timestamp == event.timestamp();
-    const bool isTaken = isOffered ? m_offer->isTaken : offer(event);
+    const bool isTaken = m_offer && m_offer->isOf(event) ? m_offer->isTaken : offer(event);
     m_offer.reset();
     return isTaken;
+}
+
+/// A key that was taken as a shortcut does nothing else in the widget with the focus.
+bool ViewWidget::Private::keepsFromPeer(const QKeyEvent& event) {
+    if (event.type() == QEvent::KeyPress) {
+        if (m_keptFromPeer && m_keptFromPeer->isOfKey(event))
+            m_keptFromPeer.reset();
+        if (!m_offer || !m_offer->isOf(event) || !m_offer->isTaken)
+            return false;
+        m_keptFromPeer = std::exchange(m_offer, std::nullopt);
+        return true;
+    }
+    const bool isKept = m_keptFromPeer && m_keptFromPeer->isOfKey(event);
+    if (isKept && !event.isAutoRepeat())
+        m_keptFromPeer.reset();
+    return isKept;
 }
 
 void ViewWidget::Private::key(QKeyEvent& event) {
@@ -391,14 +511,19 @@ void ViewWidget::Private::press(QMouseEvent& event) {
     }
     countClick(event);
     const NSEvent translated = mouseEvent(NSEvent::Type::leftMouseDown, event);
-    NSView* const view = root->hitTest(translated.locationInWindow);
-    // X11 delivers the click that activates the window, too.
-    if (!view || (!m_widget.isActiveWindow() && !view->acceptsFirstMouse(translated)))
+    NSView* view = nullptr;
+    callGuarded([&] {
+        view = root->hitTest(translated.locationInWindow);
+        // X11 delivers the click that activates the window, too.
+        if (view && !m_widget.isActiveWindow() && !view->acceptsFirstMouse(translated))
+            view = nullptr;
+    });
+    if (!view)
         return;
     m_pressed = view;
     const bool isEdited = view == focused() && view != m_firstResponder;
-    if (view->acceptsFirstResponder() && !isEdited)
-        makeFirstResponder(view);
+    if (!isEdited && acceptsFirstResponder(*view))
+        giveFocus(view, Qt::OtherFocusReason);
     if (!m_pressed)
         return;
     if (isWithin(m_firstResponder, *view) && m_firstResponder != view) {
@@ -427,7 +552,12 @@ void ViewWidget::Private::release(QMouseEvent& event) {
     m_pressedEditor = nullptr;
     if (NSView* const view = std::exchange(m_pressed, nullptr))
         send(*view, &NSResponder::mouseUp, mouseEvent(NSEvent::Type::leftMouseUp, event));
-    hover(NSEvent::Type::mouseEntered);
+    if (isGone())
+        return;
+    // While a button was down Qt did not tell of hovering.
+    const QPointF place = event.position();
+    mouseIsAt(m_widget.rect().contains(place.toPoint()) ? std::optional(place) : std::nullopt,
+        NSEvent::Type::mouseEntered);
 }
 
 void ViewWidget::Private::sendToEditor(const QMouseEvent& event) const {
@@ -440,16 +570,20 @@ void ViewWidget::Private::sendToEditor(const QMouseEvent& event) const {
 }
 
 void ViewWidget::Private::hoverAt(std::optional<QPointF> place) {
+    mouseIsAt(place, NSEvent::Type::mouseMoved);
+}
+
+void ViewWidget::Private::mouseIsAt(std::optional<QPointF> place, NSEvent::Type type) {
     if (place && !m_mouse)
         QtCursorService::mouseEntered(m_widget);
     m_mouse = place;
-    hover(NSEvent::Type::mouseMoved);
-    if (!place)
+    hover(type);
+    if (!place && !isGone())
         QtCursorService::mouseLeft(m_widget);
 }
 
 void ViewWidget::Private::hover(NSEvent::Type type) {
-    if (m_pressed || m_pressedEditor || QGuiApplication::mouseButtons() != Qt::NoButton)
+    if (isGone() || m_pressed || m_pressedEditor || QGuiApplication::mouseButtons() != Qt::NoButton)
         return;
     const NSEvent event = eventAt(type, m_mouse.value_or(QPointF()));
     callGuarded([&] {
@@ -504,7 +638,7 @@ void ViewWidget::Private::countClick(const QMouseEvent& event) {
 
 ViewWidget::ViewWidget(std::shared_ptr<NSView> rootView, QWidget* parent)
     : QWidget(parent)
-    , d(std::make_unique<Private>(*this, std::move(rootView))) {
+    , d(std::make_shared<Private>(*this, std::move(rootView))) {
     // A click gives the focus to a view, if at all.
     setFocusPolicy(Qt::TabFocus);
     // Over the peers, too.
@@ -512,7 +646,7 @@ ViewWidget::ViewWidget(std::shared_ptr<NSView> rootView, QWidget* parent)
     KeyboardGrabFilter::install();
 }
 
-ViewWidget::~ViewWidget() = default;
+ViewWidget::~ViewWidget() { d->close(); }
 
 const std::shared_ptr<NSView>& ViewWidget::rootView() const { return d->root; }
 NSView* ViewWidget::firstResponder() const { return d->firstResponder(); }
@@ -522,11 +656,12 @@ QSize ViewWidget::sizeHint() const {
 }
 
 bool ViewWidget::event(QEvent* event) {
+    const auto alive = d;
     const bool isOffer = event->type() == QEvent::ShortcutOverride;
     if (isOffer || event->type() == QEvent::KeyPress) {
         const auto& key = static_cast<const QKeyEvent&>(*event);
         // The press, too, before Qt makes a change of focus of Tab.
-        if (isOffer ? d->offer(key) : d->takes(key)) {
+        if ((isOffer ? alive->offer(key) : alive->takes(key)) || alive->isGone()) {
             event->accept();
             return true;
         }
@@ -534,34 +669,41 @@ bool ViewWidget::event(QEvent* event) {
     switch (event->type()) {
     case QEvent::HoverEnter:
     case QEvent::HoverMove:
-        d->hoverAt(static_cast<const QHoverEvent&>(*event).position());
+        alive->hoverAt(static_cast<const QHoverEvent&>(*event).position());
         return true;
     case QEvent::HoverLeave:
-        d->hoverAt(std::nullopt);
+        alive->hoverAt(std::nullopt);
         return true;
     case QEvent::WindowActivate:
     case QEvent::WindowDeactivate:
-        d->activationChanged();
+        alive->activationChanged();
         break;
     default:
         break;
     }
-    return QWidget::event(event);
+    return alive->isGone() || QWidget::event(event);
 }
 
 bool ViewWidget::eventFilter(QObject* peer, QEvent* event) {
     // Soon it is looked where the mouse is now.
     if (event->type() == QEvent::MouseButtonRelease)
         d->viewsChanged();
+    const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
+    if (isKey && d->keepsFromPeer(static_cast<const QKeyEvent&>(*event))) {
+        event->accept();
+        return true;
+    }
     return QWidget::eventFilter(peer, event);
 }
 
 bool ViewWidget::focusNextPrevChild(bool next) {
-    return d->moveFocus(next) || !d->takeFocusFromPeer() || QWidget::focusNextPrevChild(next)
-        || d->wrapFocus(next);
+    const auto alive = d;
+    return alive->moveFocus(next) || !alive->takeFocusFromPeer()
+        || QWidget::focusNextPrevChild(next) || alive->wrapFocus(next);
 }
 
 void ViewWidget::paintEvent(QPaintEvent* event) {
+    const auto alive = d;
     // Layers are laid out before they are seen.
     callGuarded([] { CATransaction::flush(); });
     d->updatePeers();
@@ -573,22 +715,23 @@ void ViewWidget::paintEvent(QPaintEvent* event) {
 }
 
 void ViewWidget::resizeEvent(QResizeEvent*) {
-    d->root->setFrame(NSMakeRect(0, 0, width(), height()));
+    const auto alive = d;
+    callGuarded([&] { alive->root->setFrame(NSMakeRect(0, 0, width(), height())); });
 }
 
-void ViewWidget::mousePressEvent(QMouseEvent* event) { d->press(*event); }
-void ViewWidget::mouseDoubleClickEvent(QMouseEvent* event) { d->press(*event); }
-void ViewWidget::mouseMoveEvent(QMouseEvent* event) { d->drag(*event); }
-void ViewWidget::mouseReleaseEvent(QMouseEvent* event) { d->release(*event); }
-void ViewWidget::keyPressEvent(QKeyEvent* event) { d->key(*event); }
-void ViewWidget::keyReleaseEvent(QKeyEvent* event) { d->key(*event); }
+void ViewWidget::mousePressEvent(QMouseEvent* event) { std::shared_ptr(d)->press(*event); }
+void ViewWidget::mouseDoubleClickEvent(QMouseEvent* event) { std::shared_ptr(d)->press(*event); }
+void ViewWidget::mouseMoveEvent(QMouseEvent* event) { std::shared_ptr(d)->drag(*event); }
+void ViewWidget::mouseReleaseEvent(QMouseEvent* event) { std::shared_ptr(d)->release(*event); }
+void ViewWidget::keyPressEvent(QKeyEvent* event) { std::shared_ptr(d)->key(*event); }
+void ViewWidget::keyReleaseEvent(QKeyEvent* event) { std::shared_ptr(d)->key(*event); }
 
-void ViewWidget::focusInEvent(QFocusEvent* event) { d->focusIn(event->reason()); }
+void ViewWidget::focusInEvent(QFocusEvent* event) { std::shared_ptr(d)->focusIn(event->reason()); }
 
 void ViewWidget::focusOutEvent(QFocusEvent* event) {
     // A menu borrows the keyboard; the window and the widget keep the focus.
     if (event->reason() != Qt::PopupFocusReason)
-        d->focusOut();
+        std::shared_ptr(d)->focusOut();
 }
 
 } // namespace kw::qt

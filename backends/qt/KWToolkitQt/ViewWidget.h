@@ -20,7 +20,9 @@ namespace kw::qt {
 /// whole whenever a part of it is to be drawn. The views take the left mouse button, and the
 /// keyboard while the widget has the focus: first responder is the view that was clicked last or
 /// that Tab led to. Every key is offered to the views before the host's shortcuts see it, except
-/// what is typed into a text, and what they throw is written to `Platform::console()`.
+/// what is typed into a text, and what they throw is written to `Platform::console()`. What they do
+/// with a key or a button of the mouse may delete the widget. In a `QScrollArea` a view that gets
+/// the focus is scrolled to.
 ///
 /// Buttons and the text that is being edited are widgets over their views (see ViewPeer.h). They
 /// lie above everything that views draw.
@@ -54,7 +56,7 @@ protected:
 
 private:
     class Private;
-    std::unique_ptr<Private> d;
+    std::shared_ptr<Private> d;
 };
 
 } // namespace kw::qt
