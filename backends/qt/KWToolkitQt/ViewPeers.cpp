@@ -124,6 +124,7 @@ void ViewPeers::update(NSView& root) {
     std::vector<Place> places;
     collect(root, {area, area, root.isHidden()}, places);
     std::vector<QWidget*> widgets;
+    widgets.reserve(places.size());
     for (const Place& place : places)
         widgets.push_back(place.widget);
     stack(m_parent.children(), widgets);

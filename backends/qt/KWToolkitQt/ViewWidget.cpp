@@ -170,7 +170,8 @@ private:
     ViewWidget& m_widget;
     HostedWindow m_window {*this};
     ViewPeers m_peers {m_widget, [this](const QWidget& peer) { releaseFocus(peer); }};
-    std::optional<ViewAccessibility> m_accessibility {std::in_place, m_widget, *root, m_peers};
+    std::unique_ptr<ViewAccessibility> m_accessibility =
+        std::make_unique<ViewAccessibility>(m_widget, *root, m_peers);
     bool m_arePeersDue = false;
     bool m_isUpdatePosted = false;
     NSView* m_firstResponder = nullptr;
