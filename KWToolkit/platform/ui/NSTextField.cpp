@@ -120,7 +120,8 @@ void NSTextField::selectText() {
     editor->selectAll();
     shownIn->makeFirstResponder(editor.get());
     // Somebody may keep the keyboard.
-    if (&shownIn->firstResponder() != editor.get() && editor->superview() == this)
+    if (window() == shownIn && &shownIn->firstResponder() != editor.get()
+        && editor->superview() == this)
         letGoOfEditor(*editor);
     setNeedsDisplay();
 }
