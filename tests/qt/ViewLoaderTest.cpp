@@ -169,6 +169,10 @@ TEST_F(ViewLoading, SaysWhyThereIsNothing) {
     folder.write("empty.ui", "");
     folder.write("other.ui", "<html/>");
     folder.write("sub/inside.ui", ui(widget("NSView", "root", "0 0 1 1")));
+    std::string deep;
+    for (int depth = 0; depth < 50000; ++depth)
+        deep += "<widget class=\"QWidget\">";
+    folder.write("deep.ui", ui(deep));
     std::filesystem::create_directory(folder.path("folder.ui"));
     ASSERT_EQ(mkfifo(folder.path("pipe.ui").c_str(), 0600), 0);
     const std::pair<std::string, std::string> rows[] {
@@ -176,6 +180,7 @@ TEST_F(ViewLoading, SaysWhyThereIsNothing) {
         {"broken", "line 3"},
         {"empty", "empty.ui: "},
         {"other", "other.ui: "},
+        {"deep", "deep.ui: is nested too deeply"},
         {"none", "none.ui: No such file or directory"},
         {"folder", "folder.ui: "},
         {"pipe", "pipe.ui: "},

@@ -509,4 +509,64 @@ TEST(ViewPeers, AreMadeForClassesOfTheHostsAndThoseThatInheritThem) {
     EXPECT_EQ(form.name->currentEditor(), nullptr);
 }
 
+TEST(FieldPeer, MayGoWhileItTellsOfAChange) {
+    for (const bool isModal : {false, true}) {
+        const Form form;
+        Window window(form.root);
+        form.name->selectText();
+        const QPointer<QWidget> line = editor();
+        bool isTold = false;
+        const Posted posted(*form.name, [&] {
+            if (std::exchange(isTold, true))
+                return;
+            if (!isModal) {
+                delete std::exchange(window.views, nullptr);
+                return;
+            }
+            QDialog dialog;
+            form.name->removeFromSuperview();
+            QObject::connect(line, &QObject::destroyed, &dialog, &QDialog::accept);
+            dialog.exec();
+        });
+        QTest::keyClick(focus(), 'a');
+        EXPECT_TRUE(isTold);
+        EXPECT_FALSE(line);
+    }
+}
+
+TEST(FieldPeer, KeepsTheCaretBehindBytesThatAreNoText) {
+    const Form form;
+    form.name->setStringValue("\xff\xff\xe2\x82"
+                              "abc");
+    Window window(form.root);
+    form.name->selectText();
+    editor()->setCursorPosition(5);
+    EXPECT_EQ(form.name->currentEditor()->selectedRange(), (NSRange {5, 0}));
+    QTest::keyClick(focus(), Qt::Key_Right, Qt::ShiftModifier);
+    EXPECT_EQ(form.name->currentEditor()->selectedRange(), (NSRange {5, 1}));
+}
+
+TEST(FieldPeer, IsNotStyledByTheSheetsOfTheHost) {
+    for (const char* const sheet : {"QLineEdit { padding: 6px; border: 3px solid yellow; }",
+             "* { font: 24px; }", "QLineEdit:focus { color: red; background: yellow; }",
+             "QLineEdit { min-height: 60px; margin: 4px; }"}) {
+        qApp->setStyleSheet(sheet);
+        const Form form;
+        form.name->setStringValue("Hamburg");
+        form.name->setTextColor(blue);
+        Window window(form.root);
+        const auto isInk = [](QRgb pixel) { return qBlue(pixel) > qRed(pixel) + 30; };
+        const QRect drawn = boundsOf(picture(*window.views), isInk);
+        form.name->selectText();
+        form.name->currentEditor()->setInsertionPointColor(NSColor::clearColor());
+        form.name->currentEditor()->setSelectedRange({7, 0});
+        const QImage edited = picture(*window.views);
+        EXPECT_EQ(boundsOf(edited, isInk), drawn) << sheet;
+        EXPECT_TRUE(
+            boundsOf(edited, [](QRgb pixel) { return qRed(pixel) > qBlue(pixel) + 80; }).isEmpty())
+            << sheet;
+    }
+    qApp->setStyleSheet({});
+}
+
 } // namespace

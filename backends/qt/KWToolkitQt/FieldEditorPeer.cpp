@@ -12,12 +12,15 @@
 #include <QLineEdit>
 #include <QPainter>
 #include <QPixmap>
-#include <QProxyStyle>
+#include <QPointer>
+#include <QRegularExpression>
 #include <QTimer>
 
 #include <algorithm>
 #include <limits>
+#include <string>
 #include <string_view>
+#include <utility>
 
 namespace kw::qt {
 
@@ -34,12 +37,37 @@ int toUtf16(std::string_view text, std::size_t place) {
     return static_cast<int>(toQString(text.substr(0, place)).size());
 }
 
-NSRange toUtf8(const QString& text, int location, int length) {
-    const auto size = [](QStringView part) {
-        return static_cast<std::size_t>(part.toUtf8().size());
-    };
-    const QStringView all(text);
-    return {size(all.left(location)), size(all.mid(location, length))};
+/// How many bytes of `string` are read as what its reading begins with. Each byte that is no UTF-8
+/// is read as one replacement character.
+std::size_t bytesOf(QStringView beginning, std::string_view string) {
+    constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
+    constexpr std::string_view replacement = "\xef\xbf\xbd";
+    std::size_t place = string.starts_with(byteOrderMark) ? byteOrderMark.size() : 0; // not read
+    for (qsizetype index = 0; index < beginning.size() && place < string.size(); ++index) {
+        const QChar unit = beginning[index];
+        const bool isPair = unit.isHighSurrogate() && index + 1 < beginning.size();
+        if (isPair)
+            ++index;
+        if (unit == QChar::ReplacementCharacter && string.substr(place, 3) != replacement)
+            place += 1;
+        else
+            place += isPair ? 4 : unit.unicode() < 0x80 ? 1 : unit.unicode() < 0x800 ? 2 : 3;
+    }
+    return std::min(place, string.size());
+}
+
+/// `text` with spaces for the line breaks in what is not from `before`.
+QString withoutNewBreaks(const QString& before, QString text) {
+    static const QRegularExpression lineBreak(QStringLiteral("\\R"));
+    const auto shorter = std::min(before.size(), text.size());
+    const auto begin = std::mismatch(text.cbegin(), text.cbegin() + shorter, before.cbegin()).first
+        - text.cbegin();
+    const auto end =
+        std::mismatch(text.crbegin(), text.crbegin() + shorter - begin, before.crbegin()).first
+        - text.crbegin();
+    const auto length = text.size() - begin - end;
+    return text.replace(
+        begin, length, text.mid(begin, length).replace(lineBreak, QStringLiteral(" ")));
 }
 
 Qt::Alignment toQt(NSTextAlignment alignment) {
@@ -60,19 +88,15 @@ bool isReturn(const QKeyEvent& event) {
         && !(event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
 }
 
-/// No background, and no cursor: Qt's has no color, but inverts.
-class BareStyle final : public QProxyStyle {
-public:
-    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
-        const QWidget* widget) const override {
-        if (element != PE_PanelLineEdit)
-            QProxyStyle::drawPrimitive(element, option, painter, widget);
-    }
-    int pixelMetric(
-        PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
-        return metric == PM_TextCursorWidth ? 0 : QProxyStyle::pixelMetric(metric, option, widget);
-    }
-};
+// It is nearer than all sheets of the host, whatever these say of line edits or of all widgets. Of
+// line edits only, as the menu inherits it.
+const QString sheetBegin = QStringLiteral(
+    "QLineEdit { border: none; border-image: none; border-radius: 0; background: transparent;"
+    " margin: 0; padding: 0; min-width: 0; min-height: 0; max-width: 16777215;"
+    " max-height: 16777215; ");
+
+// Sheets leave the font of a line edit alone that is named as the sample of Qt's font dialog.
+const QString nameForOwnFont = QStringLiteral("qt_fontDialog_sampleEdit");
 
 class LineEdit final : public QLineEdit {
 public:
@@ -82,23 +106,27 @@ public:
 
 protected:
     bool event(QEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
+    void inputMethodEvent(QInputMethodEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    template <class Task>
-    void tell(const Task& task);
-    NSRange selection() const;
+    void followText(const NSTextView& view);
+    void noteChange();
+    void tellChange();
+    NSRange selectionIn(const std::string& string) const;
     bool insertNewline();
+    void hideOwnCursor();
     void fitMargins();
     void showCaret();
 
     NSTextView* m_view;
     bool m_isUpdating = false;
-    QPalette m_colors;
+    bool m_isInEvent = false;
+    bool m_isChanged = false; // by the user, and the view is not told yet
+    std::string m_known; // what both had last
     QColor m_caretColor;
     QTimer m_blinking;
     bool m_isCaretShown = false;
@@ -107,20 +135,20 @@ private:
 LineEdit::LineEdit(NSTextView& view, QWidget& parent)
     : QLineEdit(&parent)
     , m_view(&view) {
-    auto* const style = new BareStyle;
-    style->setParent(this);
-    setStyle(style);
+    setObjectName(nameForOwnFont);
     setFrame(false);
     setFocusPolicy(Qt::ClickFocus);
     setMaxLength(std::numeric_limits<int>::max());
-    connect(this, &QLineEdit::textChanged, this, [this](const QString& text) {
+    hideOwnCursor();
+    connect(this, &QLineEdit::textChanged, this, [this] {
         fitMargins();
         showCaret();
-        tell([&](NSTextView& told) { told.userDidChange(text.toStdString(), selection()); });
+        noteChange();
     });
     const auto selected = [this] {
         showCaret();
-        tell([&](NSTextView& told) { told.userDidSelect(selection()); });
+        if (m_view && !m_isUpdating && !m_isChanged)
+            m_view->userDidSelect(selectionIn(m_view->string()));
     };
     connect(this, &QLineEdit::selectionChanged, this, selected);
     connect(this, &QLineEdit::cursorPositionChanged, this, selected);
@@ -130,22 +158,50 @@ LineEdit::LineEdit(NSTextView& view, QWidget& parent)
     });
 }
 
-template <class Task>
-void LineEdit::tell(const Task& task) {
-    if (!m_view || m_isUpdating)
+// QLineEdit goes on after it has told of a change, and whoever is told may have it deleted: so the
+// view is told once QLineEdit is done.
+void LineEdit::noteChange() {
+    if (m_isUpdating)
         return;
-    const auto alive = m_view->weak_from_this().lock();
-    callGuarded([&] { task(*m_view); });
+    m_isChanged = true;
+    if (!m_isInEvent) // but by the menu, say
+        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
 }
 
-NSRange LineEdit::selection() const {
-    return hasSelectedText() ? toUtf8(text(), selectionStart(), selectionLength())
-                             : toUtf8(text(), cursorPosition(), 0);
+/// May delete it.
+void LineEdit::tellChange() {
+    if (!m_view || !std::exchange(m_isChanged, false))
+        return;
+    const auto view = m_view->weak_from_this().lock();
+    NSTextView& told = *m_view;
+    const QString before = toQString(told.string());
+    if (const QString line = withoutNewBreaks(before, text()); line != text()) {
+        const auto behind = text().size() - cursorPosition();
+        m_isUpdating = true;
+        setText(line);
+        setCursorPosition(static_cast<int>(line.size() - behind));
+        m_isUpdating = false;
+    }
+    std::string string = text() == before ? told.string() : text().toStdString();
+    const NSRange selection = selectionIn(string);
+    m_known = string;
+    callGuarded([&] { told.userDidChange(std::move(string), selection); });
+}
+
+/// In bytes of what the text is read from.
+NSRange LineEdit::selectionIn(const std::string& string) const {
+    const QString all = text();
+    const int begin = hasSelectedText() ? selectionStart() : cursorPosition();
+    const std::size_t location = bytesOf(QStringView(all).left(begin), string);
+    const std::size_t end = bytesOf(QStringView(all).left(begin + selectionLength()), string);
+    return {location, end - location};
 }
 
 void LineEdit::follow(const NSTextView& view) {
     m_isUpdating = true;
-    if (const QFont font = toQFont(view.font(), *this); font != this->font())
+    QFont font = toQFont(view.font(), *this);
+    font.setResolveMask(QFont::AllPropertiesResolved); // nothing is inherited
+    if (font != this->font())
         setFont(font);
     if (const auto alignment = toQt(view.alignment()) | Qt::AlignTop;
         alignment != this->alignment())
@@ -153,16 +209,15 @@ void LineEdit::follow(const NSTextView& view) {
 
     const QColor textColor = toQColor(view.textColor());
     const auto& selected = view.selectedTextAttributes();
-    QPalette colors;
-    colors.setColor(QPalette::Text, textColor);
+    QString sheet = sheetBegin + "color: " + textColor.name(QColor::HexArgb);
     if (selected.backgroundColor)
-        colors.setColor(QPalette::Highlight, toQColor(*selected.backgroundColor));
+        sheet += "; selection-background-color: "
+            + toQColor(*selected.backgroundColor).name(QColor::HexArgb);
     if (selected.foregroundColor)
-        colors.setColor(QPalette::HighlightedText, toQColor(*selected.foregroundColor));
-    if (colors != m_colors || colors.resolveMask() != m_colors.resolveMask()) {
-        m_colors = colors;
-        setPalette(colors);
-    }
+        sheet += "; selection-color: " + toQColor(*selected.foregroundColor).name(QColor::HexArgb);
+    sheet += " }";
+    if (sheet != styleSheet())
+        setStyleSheet(sheet);
     const auto& caretColor = view.insertionPointColor();
     if (const QColor color = caretColor ? toQColor(*caretColor) : textColor;
         color != m_caretColor) {
@@ -170,7 +225,16 @@ void LineEdit::follow(const NSTextView& view) {
         update();
     }
 
+    // What the user has changed meanwhile stays, if the view has not changed as well.
+    if (!m_isChanged || view.string() != m_known)
+        followText(view);
+    fitMargins();
+    m_isUpdating = false;
+}
+
+void LineEdit::followText(const NSTextView& view) {
     const std::string& string = view.string();
+    m_known = string;
     if (const QString text = toQString(string); text != this->text())
         setText(text); // forgets what could be undone
     const NSRange range = view.selectedRange();
@@ -183,8 +247,6 @@ void LineEdit::follow(const NSTextView& view) {
         setSelection(begin, length);
     else if (!isShown)
         setCursorPosition(begin);
-    fitMargins();
-    m_isUpdating = false;
 }
 
 // The text begins at the left edge and ends at the right one, though QLineEdit wants room beside
@@ -203,25 +265,56 @@ bool LineEdit::event(QEvent* event) {
         event->accept();
         return true;
     }
-    return QLineEdit::event(event);
-}
-
-void LineEdit::keyPressEvent(QKeyEvent* event) {
-    if (isReturn(*event))
-        event->setAccepted(insertNewline());
-    else
-        QLineEdit::keyPressEvent(event);
+    const QPointer<LineEdit> self = this;
+    if (event->type() == QEvent::KeyPress && isReturn(static_cast<QKeyEvent&>(*event))) {
+        tellChange();
+        event->setAccepted(self && insertNewline());
+        return true;
+    }
+    const bool isInner = std::exchange(m_isInEvent, true);
+    const bool isTaken = QLineEdit::event(event);
+    if (self) {
+        m_isInEvent = isInner;
+        if (!isInner)
+            tellChange();
+    }
+    return isTaken;
 }
 
 /// Whether it has done all that there is to do; else it is for the window's default button.
 bool LineEdit::insertNewline() {
-    bool isTaken = false;
-    tell([&](NSTextView& told) {
-        const auto control = std::dynamic_pointer_cast<NSControl>(told.delegate());
-        isTaken = control && control->action() && control->target();
-        told.insertNewline();
-    });
+    if (!m_view)
+        return false;
+    const auto view = m_view->weak_from_this().lock();
+    NSTextView& told = *m_view;
+    const auto control = std::dynamic_pointer_cast<NSControl>(told.delegate());
+    const bool isTaken = control && control->action() && control->target();
+    callGuarded([&] { told.insertNewline(); });
     return isTaken;
+}
+
+// Qt's cursor has no color, but inverts, and has a flag in text of both directions. An input method
+// may hide it, until it says something else.
+void LineEdit::hideOwnCursor() {
+    QInputMethodEvent nothing;
+    inputMethodEvent(&nothing);
+}
+
+void LineEdit::inputMethodEvent(QInputMethodEvent* event) {
+    using Attribute = QInputMethodEvent::Attribute;
+    auto attributes = event->attributes();
+    auto cursor = std::find_if(attributes.begin(), attributes.end(),
+        [](const Attribute& each) { return each.type == QInputMethodEvent::Cursor; });
+    if (cursor == attributes.end())
+        cursor = attributes.insert(cursor,
+            Attribute(
+                QInputMethodEvent::Cursor, static_cast<int>(event->preeditString().size()), 0));
+    cursor->length = 0;
+    QInputMethodEvent shown(event->preeditString(), attributes);
+    shown.setCommitString(
+        event->commitString(), event->replacementStart(), event->replacementLength());
+    QLineEdit::inputMethodEvent(&shown);
+    event->setAccepted(shown.isAccepted());
 }
 
 void LineEdit::mousePressEvent(QMouseEvent* event) {

@@ -17,6 +17,7 @@
 #include <QFile>
 #include <QLayout>
 #include <QUiLoader>
+#include <QXmlStreamReader>
 
 #include <any>
 #include <cerrno>
@@ -33,6 +34,7 @@ namespace {
 
 constexpr double pointsPerInch = 72;
 constexpr qint64 largestFile = qint64 {1} << 24; // of a layout, in bytes
+constexpr int deepestElement = 256;
 
 std::optional<QByteArray> contentOf(const std::string& path, std::string& reason) {
     const auto fail = [&](const std::string& why) {
@@ -57,6 +59,19 @@ std::optional<QByteArray> contentOf(const std::string& path, std::string& reason
     if (content.size() > largestFile)
         return fail("is too large for a layout");
     return content;
+}
+
+/// Qt reads what lies in each other by functions that call each other.
+bool isNestedTooDeeply(const QByteArray& content) {
+    QXmlStreamReader reader(content);
+    for (int depth = 0; !reader.atEnd();) {
+        const auto token = reader.readNext();
+        if (token == QXmlStreamReader::StartElement && ++depth > deepestElement)
+            return true;
+        if (token == QXmlStreamReader::EndElement)
+            --depth;
+    }
+    return false;
 }
 
 /// What the widgets of the file are made by.
@@ -227,6 +242,10 @@ std::shared_ptr<NSView> QtViewLoader::loadView(
     auto content = contentOf(path, reason);
     if (!content)
         return nullptr;
+    if (isNestedTooDeeply(*content)) {
+        reason = path + ": is nested too deeply";
+        return nullptr;
+    }
     QBuffer file(&*content);
     file.open(QIODevice::ReadOnly);
     // One: making it loads Designer's plugins, however soon it is told not to.
