@@ -312,8 +312,8 @@ void LineEdit::hideOwnCursor() {
 void LineEdit::inputMethodEvent(QInputMethodEvent* event) {
     using Attribute = QInputMethodEvent::Attribute;
     auto attributes = event->attributes();
-    auto cursor = std::find_if(attributes.begin(), attributes.end(),
-        [](const Attribute& each) { return each.type == QInputMethodEvent::Cursor; });
+    auto cursor = std::ranges::find_if(
+        attributes, [](const Attribute& each) { return each.type == QInputMethodEvent::Cursor; });
     if (cursor == attributes.end())
         cursor = attributes.insert(cursor,
             Attribute(
