@@ -106,6 +106,7 @@ public:
 
 protected:
     bool event(QEvent* event) override;
+    bool eventFilter(QObject* parent, QEvent* event) override;
     void inputMethodEvent(QInputMethodEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
@@ -140,6 +141,7 @@ LineEdit::LineEdit(NSTextView& view, QWidget& parent)
     setFocusPolicy(Qt::ClickFocus);
     setMaxLength(std::numeric_limits<int>::max());
     hideOwnCursor();
+    parent.installEventFilter(this);
     connect(this, &QLineEdit::textChanged, this, [this] {
         fitMargins();
         showCaret();
@@ -281,6 +283,13 @@ bool LineEdit::event(QEvent* event) {
     return isTaken;
 }
 
+bool LineEdit::eventFilter(QObject* parent, QEvent* event) {
+    // The application's font may have changed, of which a widget with a font hears only this way.
+    if (event->type() == QEvent::FontChange && m_view)
+        follow(*m_view);
+    return QLineEdit::eventFilter(parent, event);
+}
+
 /// Whether it has done all that there is to do; else it is for the window's default button.
 bool LineEdit::insertNewline() {
     if (!m_view)
@@ -303,8 +312,8 @@ void LineEdit::hideOwnCursor() {
 void LineEdit::inputMethodEvent(QInputMethodEvent* event) {
     using Attribute = QInputMethodEvent::Attribute;
     auto attributes = event->attributes();
-    auto cursor = std::find_if(attributes.begin(), attributes.end(),
-        [](const Attribute& each) { return each.type == QInputMethodEvent::Cursor; });
+    auto cursor = std::ranges::find_if(
+        attributes, [](const Attribute& each) { return each.type == QInputMethodEvent::Cursor; });
     if (cursor == attributes.end())
         cursor = attributes.insert(cursor,
             Attribute(
