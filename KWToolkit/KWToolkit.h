@@ -59,5 +59,11 @@
 #include <KWToolkit/url/NSDictionary+GTMNSDictionaryURLArgumentsAdditions.h>
 #include <KWToolkit/url/NSString+GTMNSStringURLArgumentsAdditions.h>
 #include <KWToolkit/url/NSURL+Encode.h>
+#include <KWToolkit/windows/KWHtmlModal.h>
+#include <KWToolkit/windows/KWTranFadeWindow.h>
+#include <KWToolkit/windows/NSAlert+SimpleAlert.h>
+#include <KWToolkit/windows/NSPanel+Fade.h>
+#include <KWToolkit/windows/NSWindow+Fade.h>
+#include <KWToolkit/windows/NSWindow+SmartResize.h>
 #include <KWToolkit/windows/layers/CALayer+Animations.h>
 #include <KWToolkit/windows/layers/CALayer+Layout.h>

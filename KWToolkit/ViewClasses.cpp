@@ -12,6 +12,7 @@
 #include <KWToolkit/platform/ui/NSNib.h>
 #include <KWToolkit/platform/ui/NSTextField.h>
 #include <KWToolkit/platform/ui/NSView.h>
+#include <KWToolkit/platform/ui/WebView.h>
 
 namespace kw {
 
@@ -27,7 +28,7 @@ bool registerAll() {
 /// this file out; the library is always a shared one.)
 [[maybe_unused]] const bool areRegistered = registerAll<NSView, NSTextField, NSButton, KWPillBadge,
     KWShadowedTextField, KWEmbossedTextField, KWSeparatorView, KWEvenSeparatorView,
-    KWOddSeparatorView, KWControlledView, KWHotkeyView>();
+    KWOddSeparatorView, KWControlledView, KWHotkeyView, WebView>();
 
 } // namespace
 

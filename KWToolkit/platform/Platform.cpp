@@ -76,6 +76,14 @@ std::unique_ptr<ViewLoader> makeDefaultService() {
     return std::make_unique<UnavailableViewLoader>();
 }
 template <>
+std::unique_ptr<WindowService> makeDefaultService() {
+    return std::make_unique<UnavailableWindowService>();
+}
+template <>
+std::unique_ptr<WebService> makeDefaultService() {
+    return std::make_unique<UnavailableWebService>();
+}
+template <>
 std::unique_ptr<Clock> makeDefaultService() {
     return std::make_unique<SteadyClock>();
 }
@@ -189,6 +197,8 @@ template struct ServiceSlot<CursorService>;
 template struct ServiceSlot<SystemColors>;
 template struct ServiceSlot<TextMetrics>;
 template struct ServiceSlot<ViewLoader>;
+template struct ServiceSlot<WindowService>;
+template struct ServiceSlot<WebService>;
 template struct ServiceSlot<Clock>;
 template struct ServiceSlot<Console>;
 template struct ServiceSlot<RunLoop>;
@@ -222,6 +232,8 @@ CursorService& Platform::cursor() { return detail::ServiceSlot<CursorService>::i
 SystemColors& Platform::systemColors() { return detail::ServiceSlot<SystemColors>::inUse(); }
 TextMetrics& Platform::textMetrics() { return detail::ServiceSlot<TextMetrics>::inUse(); }
 ViewLoader& Platform::viewLoader() { return detail::ServiceSlot<ViewLoader>::inUse(); }
+WindowService& Platform::windows() { return detail::ServiceSlot<WindowService>::inUse(); }
+WebService& Platform::web() { return detail::ServiceSlot<WebService>::inUse(); }
 Clock& Platform::clock() { return detail::ServiceSlot<Clock>::inUse(); }
 Console& Platform::console() { return detail::ServiceSlot<Console>::inUse(); }
 RunLoop& Platform::runLoop() { return detail::ServiceSlot<RunLoop>::inUse(); }

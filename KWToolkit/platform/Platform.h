@@ -26,6 +26,8 @@
 #include <KWToolkit/platform/services/TextMetrics.h>
 #include <KWToolkit/platform/services/UrlEventService.h>
 #include <KWToolkit/platform/services/ViewLoader.h>
+#include <KWToolkit/platform/services/WebService.h>
+#include <KWToolkit/platform/services/WindowService.h>
 #include <KWToolkit/platform/services/Workspace.h>
 
 #include <functional>
@@ -58,6 +60,8 @@ public:
     static SystemColors& systemColors();
     static TextMetrics& textMetrics();
     static ViewLoader& viewLoader();
+    static WindowService& windows();
+    static WebService& web();
     static Clock& clock();
     static Console& console();
     /// The calling thread's loop. Other services have one instance a process, this one a thread.
@@ -113,6 +117,8 @@ extern template struct ServiceSlot<CursorService>;
 extern template struct ServiceSlot<SystemColors>;
 extern template struct ServiceSlot<TextMetrics>;
 extern template struct ServiceSlot<ViewLoader>;
+extern template struct ServiceSlot<WindowService>;
+extern template struct ServiceSlot<WebService>;
 extern template struct ServiceSlot<Clock>;
 extern template struct ServiceSlot<Console>;
 extern template struct ServiceSlot<RunLoop>;
@@ -139,6 +145,8 @@ CursorService& portOf(CursorService&);
 SystemColors& portOf(SystemColors&);
 TextMetrics& portOf(TextMetrics&);
 ViewLoader& portOf(ViewLoader&);
+WindowService& portOf(WindowService&);
+WebService& portOf(WebService&);
 Clock& portOf(Clock&);
 Console& portOf(Console&);
 RunLoop& portOf(RunLoop&);

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstring>
 #include <iterator>
 
@@ -162,6 +163,38 @@ std::optional<std::string> macOSRoman(std::string_view utf8) {
         bytes += static_cast<char>(0x80 + std::distance(upperMacOSRoman.begin(), found));
     }
     return bytes;
+}
+
+std::optional<std::string> textFromUTF16(std::string_view bytes) {
+    if (bytes.size() % 2 != 0)
+        return std::nullopt;
+    const bool isMachineBig = std::endian::native == std::endian::big;
+    const bool isMarkedBig = bytes.starts_with("\xFE\xFF");
+    const bool isMarkedLittle = bytes.starts_with("\xFF\xFE");
+    if (isMarkedBig || isMarkedLittle)
+        bytes.remove_prefix(2);
+    const std::size_t high = isMarkedBig || (isMachineBig && !isMarkedLittle) ? 0 : 1;
+    const auto unitAt = [&](std::size_t at) {
+        return static_cast<char16_t>(static_cast<unsigned char>(bytes[at + high]) << 8
+            | static_cast<unsigned char>(bytes[at + 1 - high]));
+    };
+    std::string text;
+    text.reserve(bytes.size() / 2 * 3);
+    for (std::size_t at = 0; at < bytes.size(); at += 2) {
+        const char16_t unit = unitAt(at);
+        const char16_t next = at + 2 < bytes.size() ? unitAt(at + 2) : 0;
+        if ((unit & 0xFC00) == 0xD800 && (next & 0xFC00) == 0xDC00) {
+            const char32_t code = 0x10000 + ((unit & 0x3FFu) << 10) + (next & 0x3FFu);
+            text += static_cast<char>(0xF0 | code >> 18);
+            text += static_cast<char>(0x80 | (code >> 12 & 0x3F));
+            text += static_cast<char>(0x80 | (code >> 6 & 0x3F));
+            text += static_cast<char>(0x80 | (code & 0x3F));
+            at += 2;
+        } else {
+            appendUnit(text, unit);
+        }
+    }
+    return text;
 }
 
 } // namespace kw

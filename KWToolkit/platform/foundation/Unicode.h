@@ -31,4 +31,9 @@ KW_EXPORT std::optional<char16_t> firstUnit(std::string_view utf8);
 /// nothing if any character of it has no place there or the text is not valid UTF-8.
 KW_EXPORT std::optional<std::string> macOSRoman(std::string_view utf8);
 
+/// The UTF-8 form of UTF-16 text (string encoding 10). A byte order mark, which is left out, tells
+/// the order; without one it is the machine's. A lone surrogate becomes U+FFFD. Nothing where half
+/// a unit is left over.
+KW_EXPORT std::optional<std::string> textFromUTF16(std::string_view bytes);
+
 } // namespace kw

@@ -30,6 +30,15 @@ constexpr NSRect NSMakeRect(double x, double y, double width, double height) {
     return {{x, y}, {width, height}};
 }
 
+/// What lies around a rectangle, a distance for each side.
+struct NSEdgeInsets {
+    double top = 0;
+    double left = 0;
+    double bottom = 0;
+    double right = 0;
+    friend constexpr bool operator==(const NSEdgeInsets&, const NSEdgeInsets&) = default;
+};
+
 constexpr double NSMinX(const NSRect& rect) { return rect.origin.x; }
 constexpr double NSMidX(const NSRect& rect) { return rect.origin.x + rect.size.width * 0.5; }
 constexpr double NSMaxX(const NSRect& rect) { return rect.origin.x + rect.size.width; }

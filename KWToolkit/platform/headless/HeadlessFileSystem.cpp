@@ -41,6 +41,11 @@ std::error_code HeadlessFileSystem::copyItem(const std::string& path, const std:
     return {};
 }
 
+std::optional<std::string> HeadlessFileSystem::contentsOfFile(const std::string& path) {
+    const auto found = contents.find(path);
+    return found == contents.end() ? std::nullopt : std::optional(found->second);
+}
+
 void HeadlessFileSystem::remove(const std::string& path) {
     std::erase_if(m_items, [&](const Item& item) { return item.path == path; });
 }

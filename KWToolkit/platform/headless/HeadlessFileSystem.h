@@ -4,6 +4,7 @@
 
 #include <KWToolkit/platform/services/FileSystem.h>
 
+#include <map>
 #include <set>
 
 namespace kw {
@@ -19,9 +20,11 @@ public:
     bool isWritable(const std::string& path) override;
     /// One item; `copyError` where it is set.
     std::error_code copyItem(const std::string& path, const std::string& to) override;
+    std::optional<std::string> contentsOfFile(const std::string& path) override;
 
     std::set<std::string> readOnly; ///< paths that may not be written to
     std::error_code copyError;
+    std::map<std::string, std::string> contents; ///< of the files that can be read
 
     void remove(const std::string& path);
     /// Puts a file or folder there, listed after those that are, or gives it a new date.

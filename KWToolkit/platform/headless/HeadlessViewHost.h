@@ -5,6 +5,7 @@
 #include <KWToolkit/platform/ui/NSView.h>
 #include <KWToolkit/platform/ui/NSWindow.h>
 
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -16,6 +17,13 @@ namespace kw {
 ///     view.setHost(&host);
 class HeadlessViewHost final : public ViewHost {
 public:
+    HeadlessViewHost()
+        : m_own(std::in_place, *this)
+        , m_window(*m_own) { }
+    /// In a window that outlives it.
+    explicit HeadlessViewHost(NSWindow& window)
+        : m_window(window) { }
+
     bool isKeyWindow = true;
     std::vector<NSRect> dirty; ///< what was to be drawn anew
     std::vector<NSView*> gone;
@@ -53,7 +61,8 @@ public:
 
 private:
     NSView* m_firstResponder = nullptr;
-    NSWindow m_window {*this};
+    std::optional<NSWindow> m_own;
+    NSWindow& m_window;
 };
 
 } // namespace kw

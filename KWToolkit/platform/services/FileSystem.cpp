@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include <KWToolkit/platform/services/FileSystem.h>
 
+#include <array>
+#include <fstream>
 #include <system_error>
 
 namespace kw {
@@ -43,6 +45,22 @@ bool StandardFileSystem::isWritable(const std::string& path) {
 
 std::error_code StandardFileSystem::copyItem(const std::string&, const std::string&) {
     return std::make_error_code(std::errc::function_not_supported);
+}
+
+std::optional<std::string> StandardFileSystem::contentsOfFile(const std::string& path) {
+    std::error_code error;
+    if (path.find('\0') != std::string::npos || !fs::is_regular_file(path, error))
+        return std::nullopt;
+    std::ifstream file(path, std::ios::binary);
+    if (!file)
+        return std::nullopt;
+    std::string contents;
+    std::array<char, 65536> part;
+    while (file.read(part.data(), part.size()) || file.gcount() > 0)
+        contents.append(part.data(), static_cast<std::size_t>(file.gcount()));
+    if (file.bad())
+        return std::nullopt;
+    return contents;
 }
 
 std::optional<FileDate> StandardFileSystem::modificationDate(const fs::path& path) const {

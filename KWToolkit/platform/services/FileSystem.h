@@ -39,6 +39,9 @@ public:
     /// attributes, to a path where nothing is. The copy is complete or absent: what fails half-way
     /// leaves nothing behind, and neither does a crash at the destination's path.
     virtual std::error_code copyItem(const std::string& path, const std::string& to) = 0;
+    /// All that is in a file. Nothing where there is none that can be read, and for what is no
+    /// regular file: a device or a pipe may never end.
+    virtual std::optional<std::string> contentsOfFile(const std::string& path) = 0;
 };
 
 /// What the standard library offers.
@@ -51,6 +54,7 @@ public:
     bool isWritable(const std::string& path) override;
     /// Not supported: attributes are not the standard library's to copy.
     std::error_code copyItem(const std::string& path, const std::string& to) override;
+    std::optional<std::string> contentsOfFile(const std::string& path) override;
 
 protected:
     /// Nothing for an entry that is gone. Here a link's date is that of what it leads to.

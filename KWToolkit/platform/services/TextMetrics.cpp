@@ -23,4 +23,9 @@ NSSize NominalTextMetrics::sizeOfText(std::string_view text, const TextAttribute
     return {widest * size * 0.5, lines * size * 1.25};
 }
 
+NSSize NominalTextMetrics::sizeOfButton(const NSAttributedString& title) {
+    const NSSize text = sizeOfText(title.string(), {});
+    return {text.width + 16, text.height + 8};
+}
+
 } // namespace kw

@@ -14,6 +14,8 @@ namespace kw {
 /// What `NSAlert::runModal` answers for the first button; the second answers one more, and so on.
 inline constexpr int NSAlertFirstButtonReturn = 1000;
 
+enum class NSAlertStyle { warning = 0, informational = 1, critical = 2 };
+
 enum class NSControlSize { regular, small, mini };
 
 /// The checkbox with which a user asks not to see an alert again.
@@ -40,6 +42,9 @@ public:
     const std::string& informativeText() const { return m_informativeText; }
     void setInformativeText(std::string text) { m_informativeText = std::move(text); }
 
+    NSAlertStyle alertStyle() const { return m_alertStyle; }
+    void setAlertStyle(NSAlertStyle style) { m_alertStyle = style; }
+
     /// The first button is the default one. An alert without buttons shows one, "OK".
     void addButtonWithTitle(std::string title) { m_buttons.push_back(std::move(title)); }
     const std::vector<std::string>& buttons() const { return m_buttons; }
@@ -59,6 +64,7 @@ public:
 private:
     std::string m_messageText;
     std::string m_informativeText;
+    NSAlertStyle m_alertStyle = NSAlertStyle::warning;
     std::vector<std::string> m_buttons;
     bool m_showsSuppressionButton = false;
     NSSuppressionButton m_suppressionButton;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include <KWToolkit/platform/ui/NSButton.h>
 
+#include <KWToolkit/platform/Platform.h>
 #include <KWToolkit/platform/foundation/NSKeyValueCoding.h>
 
 #include <utility>
@@ -25,6 +26,15 @@ void NSButton::setAttributedTitle(NSAttributedString title) {
 void NSButton::setKeyEquivalent(std::string key) {
     m_keyEquivalent = std::move(key);
     setNeedsPeerUpdate();
+}
+
+void NSButton::setBezelStyle(NSBezelStyle style) {
+    m_bezelStyle = style;
+    setNeedsPeerUpdate();
+}
+
+void NSButton::sizeToFit() {
+    setFrame({frame().origin, Platform::textMetrics().sizeOfButton(m_title)});
 }
 
 void NSButton::performClick() {

@@ -10,6 +10,8 @@
 
 namespace kw {
 
+enum class NSBezelStyle { rounded = 1, texturedRounded = 11 };
+
 /// A push button: a native one of whoever shows the views, so it draws nothing itself. Main thread.
 class KW_EXPORT NSButton : public NSControl {
 public:
@@ -30,6 +32,12 @@ public:
     const std::string& keyEquivalent() const { return m_keyEquivalent; }
     void setKeyEquivalent(std::string key);
 
+    /// How it looks: the desktop draws those that it does not know as rounded ones.
+    NSBezelStyle bezelStyle() const { return m_bezelStyle; }
+    void setBezelStyle(NSBezelStyle style);
+    /// Makes it as large as the desktop wants a button with that title; its origin stays.
+    void sizeToFit();
+
     /// As if the user had clicked; nothing while it is disabled.
     void performClick();
 
@@ -41,6 +49,7 @@ public:
 private:
     NSAttributedString m_title;
     std::string m_keyEquivalent;
+    NSBezelStyle m_bezelStyle = NSBezelStyle::rounded;
 };
 
 } // namespace kw

@@ -2,10 +2,12 @@
 // SPDX-License-Identifier: MIT
 #include <KWToolkitQt/QtTextMetrics.h>
 
+#include <KWToolkitQt/QtFonts.h>
 #include <KWToolkitQt/TextLayout.h>
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QImage>
+#include <QPushButton>
 
 namespace kw::qt {
 
@@ -17,6 +19,14 @@ NSSize QtTextMetrics::sizeOfText(std::string_view text, const TextAttributes& at
     const QSizeF size =
         textLayout(text, attributes.font, QFont::PreferDefault, device)->bounds().size();
     return {size.width(), size.height()};
+}
+
+NSSize QtTextMetrics::sizeOfButton(const NSAttributedString& title) {
+    if (!qobject_cast<QApplication*>(QCoreApplication::instance()))
+        return NominalTextMetrics().sizeOfButton(title);
+    const QPushButton button(toQString(title.string()).replace(u'&', QStringLiteral("&&")));
+    const QSize size = button.sizeHint();
+    return {static_cast<double>(size.width()), static_cast<double>(size.height())};
 }
 
 } // namespace kw::qt

@@ -10,6 +10,7 @@ namespace kw::qt {
 class QtTextMetrics final : public TextMetrics {
 public:
     NSSize sizeOfText(std::string_view text, const TextAttributes& attributes) override;
+    NSSize sizeOfButton(const NSAttributedString& title) override;
 };
 
 } // namespace kw::qt

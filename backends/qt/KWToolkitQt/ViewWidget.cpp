@@ -68,19 +68,6 @@ void paint(QPainter& painter, NSView& view, const QRectF& dirty) {
     painter.restore();
 }
 
-/// As the end of the responder chain it notices what no view took.
-class HostedWindow final : public NSWindow {
-public:
-    using NSWindow::NSWindow;
-    void keyDown(const NSEvent&) override { m_isReached = true; }
-    void keyUp(const NSEvent&) override { m_isReached = true; }
-    void flagsChanged(const NSEvent&) override { m_isReached = true; }
-    bool takeIsReached() { return std::exchange(m_isReached, false); }
-
-private:
-    bool m_isReached = false;
-};
-
 } // namespace
 
 /// Whoever calls views from here keeps it for the call: they may delete the widget. After each such
@@ -168,7 +155,7 @@ private:
     void hover(NSEvent::Type type);
 
     ViewWidget& m_widget;
-    HostedWindow m_window {*this};
+    NSWindow m_window {*this};
     ViewPeers m_peers {m_widget, [this](const QWidget& peer) { releaseFocus(peer); }};
     std::unique_ptr<ViewAccessibility> m_accessibility =
         std::make_unique<ViewAccessibility>(m_widget, *root, m_peers);
@@ -502,7 +489,7 @@ void ViewWidget::Private::key(QKeyEvent& event) {
         ? &NSResponder::flagsChanged
         : (isRelease ? &NSResponder::keyUp : &NSResponder::keyDown);
     send(*m_firstResponder, message, translated);
-    event.setAccepted(!m_window.takeIsReached());
+    event.setAccepted(!m_window.takeIsKeyUntaken());
 }
 
 void ViewWidget::Private::press(QMouseEvent& event) {
