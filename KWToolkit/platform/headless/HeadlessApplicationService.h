@@ -11,9 +11,11 @@ class KW_EXPORT HeadlessApplicationService final : public ApplicationService {
 public:
     bool prepareToTerminate() override { return !refuses; }
     void exit() override { ++exits; }
+    bool isEnding() const override { return ending; }
     double frameworkVersion() const override { return version; }
 
     bool refuses = false;
+    bool ending = false;
     int exits = 0;
     double version = 1138;
 };

@@ -39,11 +39,16 @@ Class& NSViewAnimation::classObject() {
 }
 
 void NSViewAnimation::startAnimation() {
+    if (isAnimating())
+        return;
     for (const auto& animation : m_animations) {
         const auto window = windowOf(animation);
-        const auto effect = valueOf<std::string>(animation, NSViewAnimationEffectKey);
-        if (window && !isAnimating() && effect == NSViewAnimationFadeInEffect) {
-            window->setFade(0);
+        if (!window)
+            continue;
+        window->beginFade(*this);
+        if (valueOf<std::string>(animation, NSViewAnimationEffectKey)
+            == NSViewAnimationFadeInEffect) {
+            window->setFade(0, *this);
             window->orderFront();
         }
     }
@@ -56,12 +61,12 @@ void NSViewAnimation::setCurrentProgress(double progress) {
         const auto window = windowOf(animation);
         const auto effect = valueOf<std::string>(animation, NSViewAnimationEffectKey);
         if (window && effect == NSViewAnimationFadeInEffect) {
-            window->setFade(currentValue());
+            window->setFade(currentValue(), *this);
         } else if (window && effect == NSViewAnimationFadeOutEffect) {
             if (progress >= 1)
                 window->orderOut();
             // Once it is hidden, it can be shown again as it was.
-            window->setFade(progress >= 1 ? 1 : 1 - currentValue());
+            window->setFade(progress >= 1 ? 1 : 1 - currentValue(), *this);
         }
     }
 }

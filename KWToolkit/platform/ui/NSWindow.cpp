@@ -175,7 +175,9 @@ void NSWindow::setAlphaValue(double alpha) {
 
 NSWindowOpacity NSWindow::opacity() const { return m_native->opacity(); }
 
-void NSWindow::setFade(double fade) {
+void NSWindow::setFade(double fade, const NSViewAnimation& animation) {
+    if (&animation != m_fading)
+        return;
     m_fade = fade;
     showOpacity();
 }

@@ -19,6 +19,7 @@ namespace kw {
 class NativeWindow;
 class NSTextView;
 class NSView;
+class NSViewAnimation;
 class ViewHost;
 
 /// What a window has besides its content; added up. None of them is a window without a frame.
@@ -154,8 +155,9 @@ private:
 
     ViewHost* host() const;
     void setModal(bool modal);
-    /// A factor to the alpha value, as it is shown.
-    void setFade(double fade);
+    /// A factor to the alpha value, as it is shown: by the fade that was begun last.
+    void beginFade(const NSViewAnimation& animation) { m_fading = &animation; }
+    void setFade(double fade, const NSViewAnimation& animation);
     void showOpacity();
 
     unsigned m_styleMask = NSWindowStyleMaskBorderless;
@@ -168,6 +170,7 @@ private:
     bool m_isMovableByWindowBackground = false;
     double m_alphaValue = 1;
     double m_fade = 1;
+    const NSViewAnimation* m_fading = nullptr; // compared, never used
     bool m_isKeyUntaken = false;
     WeakReference m_delegate;
     ViewHost* m_host = nullptr;

@@ -93,4 +93,28 @@ TEST(Unicode, MacOSRoman) {
     EXPECT_EQ(macOSRoman("\xFF"), std::nullopt);
 }
 
+TEST(Unicode, ReadsUTF16InTheOrderOfItsMark) {
+    const struct {
+        std::string bytes;
+        std::optional<std::string> text;
+    } rows[] = {
+        {"", ""},
+        {std::string("\xFE\xFF\0a\xD8\x3D\xDE\x00", 8), "a\U0001F600"},
+        {std::string("\xFF\xFE"
+                     "a\0\x3D\xD8\x00\xDE",
+             8),
+            "a\U0001F600"},
+        {std::string("a\0\xFF\xFE", 4), "a\uFEFF"}, // the machine's order, and no mark
+        {std::string("\xFF\xFE\x3D\xD8"
+                     "a\0\x00\xDE",
+             8),
+            "\uFFFDa\uFFFD"},
+        {"\xFF\xFE"
+         "a",
+            std::nullopt},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(textFromUTF16(row.bytes), row.text) << testing::PrintToString(row.bytes);
+}
+
 } // namespace
