@@ -41,8 +41,9 @@ std::optional<std::string> pathOfFileURL(std::string_view url) {
         url.remove_prefix(1);
         if (byte == '%') {
             unsigned char value = 0;
-            const char* const end = url.data() + std::min<std::size_t>(url.size(), 2);
-            if (std::from_chars(url.data(), end, value, 16).ptr != url.data() + 2)
+            const std::string_view digits = url.substr(0, 2);
+            if (digits.size() < 2
+                || std::from_chars(digits.begin(), digits.end(), value, 16).ptr != digits.end())
                 return std::nullopt;
             byte = static_cast<char>(value);
             url.remove_prefix(2);
