@@ -84,7 +84,7 @@ Class& KWHtmlModal::classObject() {
             method("firstButtonClicked:", &KWHtmlModal::firstButtonClicked),
             method("secondButtonClicked:", &KWHtmlModal::secondButtonClicked),
             method("endModalWithCode:", &KWHtmlModal::endModalWithCode),
-            method("webView:didReceiveTitle:forFrame:", &KWHtmlModal::didReceiveTitle),
+            method("webView:didReceiveTitle:forFrame:", &KWHtmlModal::webView),
         });
     return object;
 }
@@ -134,9 +134,9 @@ void KWHtmlModal::endModalWithCode(std::int32_t code) {
     NSApplication::sharedApplication().stopModalWithCode(code);
 }
 
-void KWHtmlModal::didReceiveTitle(WebView& webView, const std::string& title, WebFrame& frame) {
-    if (&frame == &webView.mainFrame())
-        m_htmlWindow->setTitle(title);
+void KWHtmlModal::webView(WebView& view, const std::string& didReceiveTitle, WebFrame& forFrame) {
+    if (&forFrame == &view.mainFrame())
+        m_htmlWindow->setTitle(didReceiveTitle);
 }
 
 } // namespace kw

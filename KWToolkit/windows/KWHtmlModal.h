@@ -58,9 +58,10 @@ public:
     /// Closes the window, then stops the session that was begun last.
     void endModalWithCode(std::int32_t code);
 
-    /// Makes the page's title the window's. The modal is no delegate of its view: a host that
+    /// The message `webView:didReceiveTitle:forFrame:`: makes the page's title the window's, if the
+    /// frame is the view's main frame. The modal is no delegate of its view: a host that
     /// wants this makes it the view's `frameLoadDelegate`.
-    void didReceiveTitle(WebView& webView, const std::string& title, WebFrame& frame);
+    void webView(WebView& view, const std::string& didReceiveTitle, WebFrame& forFrame);
 
     const std::shared_ptr<NSButton>& okButton() const { return m_okButton; }
     const std::shared_ptr<NSButton>& cancelbutton() const { return m_cancelbutton; }

@@ -171,7 +171,7 @@ TEST_F(HtmlModal, TakesThePagesTitleIfItIsTheLoadDelegate) {
     view.setFrameLoadDelegate(modal);
     view.didReceiveTitle("License");
     WebFrame inner(view);
-    modal->didReceiveTitle(view, "Advertisement", inner);
+    modal->webView(view, "Advertisement", inner);
     EXPECT_EQ(native().title, "License");
 }
 
