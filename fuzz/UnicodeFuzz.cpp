@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: MIT
 //
 // Whatever bytes come in: only valid sequences are taken, and every unit goes out as valid UTF-8.
+// And a path of them comes back out of its URL.
 #include <KWToolkit/hotkeys/KWGlobalHotkeyManager.h>
+#include <KWToolkit/platform/foundation/FileURL.h>
 #include <KWToolkit/platform/foundation/Unicode.h>
 #include <fuzz/Require.h>
 
@@ -31,11 +33,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     require(!roman || (isValid && isRoman));
     require(roman.has_value() || kw::fourCharCodeToOSType(text) == 0);
 
+    const auto decoded = kw::textFromUTF16(text);
+    require(decoded.has_value() == (size % 2 == 0));
+    require(!decoded || kw::isValidUTF8(*decoded));
+
     for (std::size_t i = 0; i + 1 < size; i += 2) {
         std::string utf8;
         kw::appendUnit(utf8, static_cast<char16_t>(data[i] << 8 | data[i + 1]));
         std::string_view unit = utf8;
         require(kw::takeCodePoint(unit).has_value() && unit.empty());
     }
+
+    const std::string path = '/' + std::string(text);
+    require(kw::pathOfFileURL(kw::fileURLOfPath(path)) == path);
+    kw::pathOfFileURL("file:" + std::string(text));
     return 0;
 }
