@@ -88,6 +88,7 @@ public:
     /// "Hotkey" where no label is set.
     std::string accessibilityLabel() const override;
     std::string accessibilityValue() const override { return textToDraw().text; }
+    bool isAccessibilityPressed() const override { return m_acceptHotkey; }
     /// Arms the view, unless it cannot have the keyboard: it would wait for keys in vain.
     bool accessibilityPerformPress() override;
 

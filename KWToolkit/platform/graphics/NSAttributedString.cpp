@@ -67,6 +67,8 @@ void NSAttributedString::setForegroundColor(const std::optional<NSColor>& color,
 }
 
 void NSAttributedString::fixAttributesInRange(NSRange range) {
+    if (range.location >= m_string.size())
+        return;
     const std::size_t end =
         std::min(m_string.size(), range.location + std::min(range.length, m_string.size()));
     const std::size_t before =

@@ -9,14 +9,11 @@ SystemColors::~SystemColors() = default;
 NSColor PlainSystemColors::color(SystemColor color) {
     switch (color) {
     case SystemColor::controlText:
-    case SystemColor::selectedText:
-        return NSColor::blackColor();
+        break;
     case SystemColor::textBackground:
         return NSColor::whiteColor();
-    case SystemColor::selectedTextBackground:
-        break;
     }
-    return NSColor::colorWithCalibratedRed(0.7, 0.84, 1, 1);
+    return NSColor::blackColor();
 }
 
 } // namespace kw

@@ -7,7 +7,7 @@
 
 namespace kw {
 
-enum class SystemColor { controlText, textBackground, selectedText, selectedTextBackground };
+enum class SystemColor { controlText, textBackground };
 
 /// The colors of the desktop's or the host's theme. Main thread.
 class KW_EXPORT SystemColors {
@@ -18,7 +18,7 @@ public:
     virtual NSColor color(SystemColor color) = 0;
 };
 
-/// Black on white, selected in light blue.
+/// Black on white.
 class KW_EXPORT PlainSystemColors final : public SystemColors {
 public:
     NSColor color(SystemColor color) override;

@@ -33,6 +33,7 @@ public:
     bool sendAction();
 
     bool acceptsFirstResponder() const override { return m_isEnabled; }
+    bool isAccessibilityEnabled() const override { return m_isEnabled; }
 
 protected:
     /// Lets go of the keyboard where the control, or a view in it, has it.

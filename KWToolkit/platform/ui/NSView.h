@@ -119,6 +119,10 @@ public:
     virtual std::string accessibilityValue() const { return {}; }
     /// Writes it as the user could. Returns whether that can be.
     virtual bool setAccessibilityValue(const std::string& value);
+    /// Whether the user can operate it now.
+    virtual bool isAccessibilityEnabled() const { return true; }
+    /// Whether it is shown as pressed in: it waits for what the press has begun.
+    virtual bool isAccessibilityPressed() const { return false; }
     /// Does what a click would. Returns whether there is something to do.
     virtual bool accessibilityPerformPress();
 

@@ -4,6 +4,7 @@
 
 #include <KWToolkit/platform/Guarded.h>
 #include <KWToolkit/platform/ui/NSButton.h>
+#include <KWToolkitQt/FollowingPeer.h>
 #include <KWToolkitQt/QtFonts.h>
 
 #include <QKeyEvent>
@@ -118,25 +119,10 @@ void Button::paintTitle(QStylePainter& painter, const QRectF& area) const {
     layout.draw(&painter, area.topLeft() + QPointF(std::max(room.width(), 0.0), room.height()) / 2);
 }
 
-class ButtonPeer final : public ViewPeer {
-public:
-    ButtonPeer(NSButton& view, QWidget& parent)
-        : m_view(view)
-        , m_button(*new Button(view, parent)) { }
-    ~ButtonPeer() override { m_button.forgetView(); }
-
-    QWidget& widget() override { return m_button; }
-    void update() override { m_button.follow(m_view); }
-
-private:
-    NSButton& m_view;
-    Button& m_button;
-};
-
 } // namespace
 
 std::unique_ptr<ViewPeer> makeButtonPeer(NSView& view, QWidget& parent) {
-    return std::make_unique<ButtonPeer>(dynamic_cast<NSButton&>(view), parent);
+    return std::make_unique<FollowingPeer<NSButton, Button>>(view, parent);
 }
 
 } // namespace kw::qt

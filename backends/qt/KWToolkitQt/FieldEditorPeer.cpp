@@ -5,6 +5,7 @@
 #include <KWToolkit/platform/Guarded.h>
 #include <KWToolkit/platform/ui/NSControl.h>
 #include <KWToolkit/platform/ui/NSTextView.h>
+#include <KWToolkitQt/FollowingPeer.h>
 #include <KWToolkitQt/QtFonts.h>
 
 #include <QApplication>
@@ -367,25 +368,10 @@ void LineEdit::paintEvent(QPaintEvent* event) {
     painter.fillRect(x, cursor.y(), 1, fontMetrics().height(), m_caretColor);
 }
 
-class FieldEditorPeer final : public ViewPeer {
-public:
-    FieldEditorPeer(NSTextView& view, QWidget& parent)
-        : m_view(view)
-        , m_line(*new LineEdit(view, parent)) { }
-    ~FieldEditorPeer() override { m_line.forgetView(); }
-
-    QWidget& widget() override { return m_line; }
-    void update() override { m_line.follow(m_view); }
-
-private:
-    NSTextView& m_view;
-    LineEdit& m_line;
-};
-
 } // namespace
 
 std::unique_ptr<ViewPeer> makeFieldEditorPeer(NSView& view, QWidget& parent) {
-    return std::make_unique<FieldEditorPeer>(dynamic_cast<NSTextView&>(view), parent);
+    return std::make_unique<FollowingPeer<NSTextView, LineEdit>>(view, parent);
 }
 
 } // namespace kw::qt

@@ -327,11 +327,14 @@ void QtGraphicsContext::stroke(const NSBezierPath& path) {
     QPen pen(state().strokeColor, width, Qt::SolidLine, Qt::FlatCap, Qt::SvgMiterJoin);
     pen.setMiterLimit(defaultMiterLimit);
     const double reach = std::max(width, 1.0) * defaultMiterLimit / 2;
-    // Qt takes centers on the lower edge instead.
-    const double lift = state().isSmooth ? 0 : tieBreak;
     const auto paint = [&](QPainter& painter) {
+        if (state().isSmooth) {
+            painter.strokePath(outline, pen);
+            return;
+        }
+        // Qt takes centers on the lower edge instead.
         const QTransform before = painter.worldTransform();
-        painter.setWorldTransform(before * QTransform::fromTranslate(0, -lift));
+        painter.setWorldTransform(before * QTransform::fromTranslate(0, -tieBreak));
         painter.strokePath(outline, pen);
         painter.setWorldTransform(before);
     };

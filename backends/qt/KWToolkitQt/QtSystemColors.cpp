@@ -17,10 +17,6 @@ QPalette::ColorRole roleOf(SystemColor color) {
         break;
     case SystemColor::textBackground:
         return QPalette::Base;
-    case SystemColor::selectedText:
-        return QPalette::HighlightedText;
-    case SystemColor::selectedTextBackground:
-        return QPalette::Highlight;
     }
     return QPalette::WindowText;
 }

@@ -2,9 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include <KWToolkitQt/ViewAccessibility.h>
 
-#include <KWToolkit/hotkeys/KWHotkeyView.h>
 #include <KWToolkit/platform/Guarded.h>
-#include <KWToolkit/platform/ui/NSControl.h>
 #include <KWToolkit/platform/ui/NSTextField.h>
 #include <KWToolkit/platform/ui/NSTextView.h>
 #include <KWToolkit/platform/ui/NSWindow.h>
@@ -381,15 +379,13 @@ QRect ViewAccessibility::screenRect(const NSView& view) const {
 }
 
 QAccessible::State ViewAccessibility::state(NSView& view) const {
-    const auto* const control = dynamic_cast<const NSControl*>(&view);
-    const auto* const recorder = dynamic_cast<const KWHotkeyView*>(&view);
     const NSAccessibilityRole role = roleOf(view);
     const QRect onScreen = screenRect(view);
     const QRect local(m_widget.mapFromGlobal(onScreen.topLeft()), onScreen.size());
     const ViewHost* const host = m_root.host();
 
     QAccessible::State state;
-    state.disabled = !m_widget.isEnabled() || (control && !control->isEnabled());
+    state.disabled = !m_widget.isEnabled() || !ask([&] { return view.isAccessibilityEnabled(); });
     state.invisible = !m_widget.isVisible() || isHidden(view) || isReplaced(view);
     state.offscreen = !state.invisible
         && (NSIsEmptyRect(view.visibleRect()) || !m_widget.visibleRegion().intersects(local));
@@ -397,7 +393,7 @@ QAccessible::State ViewAccessibility::state(NSView& view) const {
     state.focused = host && m_widget.hasFocus() && host->firstResponder() == &view;
     state.editable = role == NSAccessibilityRole::textField;
     state.readOnly = role == NSAccessibilityRole::staticText;
-    state.pressed = recorder && recorder->acceptHotkey();
+    state.pressed = ask([&] { return view.isAccessibilityPressed(); });
     return state;
 }
 

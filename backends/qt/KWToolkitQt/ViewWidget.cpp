@@ -177,7 +177,7 @@ private:
 };
 
 void ViewWidget::Private::close() {
-    viewWillGo(*root);
+    callGuarded([this] { viewWillGo(*root); });
     if (root->host() == this) // and not a widget that was made for it since
         root->setHost(nullptr);
     m_accessibility.reset();

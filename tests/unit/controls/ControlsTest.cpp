@@ -540,6 +540,9 @@ TEST(AttributedString, CutsAtCharactersAndFixesParagraphs) {
     EXPECT_FALSE(text.attributesAtIndex(4).paragraphStyle);
     EXPECT_EQ(text.attributesAtIndex(4).foregroundColor, blue);
     EXPECT_TRUE(text.attributesAtIndex(5).isEmpty());
+    text.appendAttributedString(NSAttributedString("c", {.paragraphStyle = NSParagraphStyle {}}));
+    text.fixAttributesInRange({6, 1}); // behind the text
+    EXPECT_TRUE(text.attributesAtIndex(5).paragraphStyle);
 }
 
 } // namespace
