@@ -18,6 +18,17 @@ namespace {
 /// Without mnemonics.
 QString title(const std::string& text) { return QString::fromStdString(text).replace('&', "&&"); }
 
+QMessageBox::Icon iconOf(NSAlertStyle style) {
+    switch (style) {
+    case NSAlertStyle::informational:
+        return QMessageBox::Information;
+    case NSAlertStyle::critical:
+        return QMessageBox::Critical;
+    default:
+        return QMessageBox::Warning;
+    }
+}
+
 QCheckBox* makeCheckBox(const NSSuppressionButton& button, QWidget* parent) {
     // Qt has no title of its own for it.
     auto* const checkBox = new QCheckBox("Do not show this again", parent);
@@ -56,6 +67,7 @@ int QtAlertService::runModal(NSAlert& alert) {
 
     // The window may be destroyed while the box waits, and the box with it.
     const QPointer<QMessageBox> box = new QMessageBox(QApplication::activeWindow());
+    box->setIcon(iconOf(alert.alertStyle()));
     box->setText(QString::fromStdString(alert.messageText()));
     box->setInformativeText(QString::fromStdString(alert.informativeText()));
     for (QLabel* const label : box->findChildren<QLabel*>())

@@ -5,6 +5,7 @@
 #include <KWToolkit/platform/Guarded.h>
 #include <KWToolkit/platform/foundation/NSNotificationCenter.h>
 #include <KWToolkit/platform/ui/NSApplication.h>
+#include <KWToolkitQt/QtRunLoop.h>
 
 #include <QGuiApplication>
 #include <QPointer>
@@ -22,6 +23,7 @@ namespace {
 bool isToldToEnd = false;
 
 void applicationQuits() {
+    QtRunLoop::hasLeft();
     if (!std::exchange(isToldToEnd, true))
         callGuarded([] {
             NSNotificationCenter::defaultCenter().postNotificationName(
@@ -40,7 +42,7 @@ void QtApplicationService::watchQuit() {
     });
 }
 
-bool QtApplicationService::isEnding() const { return isToldToEnd; }
+bool QtApplicationService::isEnding() const { return isToldToEnd || QtRunLoop::isLeaving(); }
 
 bool QtApplicationService::prepareToTerminate() {
     if (!qobject_cast<QGuiApplication*>(QCoreApplication::instance()))

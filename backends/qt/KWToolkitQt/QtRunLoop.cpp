@@ -5,15 +5,21 @@
 #include <KWToolkit/platform/Guarded.h>
 
 #include <QAbstractEventDispatcher>
+#include <QCoreApplication>
 #include <QSocketNotifier>
 #include <QThread>
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace kw::qt {
 
 namespace {
+
+constexpr int passIsOver = 0x4b57; // a code that no host exits with
+
+bool wasExitSeen = false; // by a loop of the main thread
 
 /// Rounded up, so that nothing is done early; at most 11 days, after which one looks again.
 int milliseconds(double seconds) {
@@ -100,9 +106,41 @@ void QtRunLoop::endInnermost() {
         m_running.back()->exit();
 }
 
+bool QtRunLoop::isLeaving() {
+    if (!wasExitSeen || QThread::currentThread()->loopLevel() == 0)
+        return std::exchange(wasExitSeen, false); // no other loop would ever tell that it is over
+    // Until the loops have returned, Qt begins no other one. That this one does end is posted.
+    QEventLoop loop;
+    QMetaObject::invokeMethod(&loop, [&loop] { loop.exit(passIsOver); }, Qt::QueuedConnection);
+    wasExitSeen = loop.exec(QEventLoop::ExcludeUserInputEvents) != passIsOver;
+    return wasExitSeen;
+}
+
+void QtRunLoop::hasLeft() { wasExitSeen = false; }
+
+/// Within a loop that Qt knows: only such a one does QCoreApplication::exit wake and end.
+void QtRunLoop::waitForEvents() {
+    QEventLoop loop;
+    bool hasWaited = false;
+    const auto* const dispatcher = QAbstractEventDispatcher::instance();
+    QObject::connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, &loop,
+        [&hasWaited] { hasWaited = true; });
+    // Some dispatchers tell this before they do what is due, some after.
+    QObject::connect(dispatcher, &QAbstractEventDispatcher::awake, &loop, [&loop, &hasWaited] {
+        if (std::exchange(hasWaited, true))
+            loop.exit(passIsOver);
+    });
+    if (loop.exec() != passIsOver && qApp && QThread::currentThread() == qApp->thread())
+        wasExitSeen = true;
+}
+
 bool QtRunLoop::runOnce(double timeout) {
     if (!(timeout > 0))
         return m_loop.processEvents();
+    if (std::isinf(timeout) && !wasExitSeen) {
+        waitForEvents();
+        return true;
+    }
     bool isOver = false;
     QTimer limit;
     limit.setSingleShot(true);

@@ -32,9 +32,16 @@ public:
     void stop() override;
     bool runOnce(double timeout) override;
 
+    /// Whether `QCoreApplication::exit` was called and the loops that it ends, the application's
+    /// among them, are yet to return. Noticed by a `runOnce` without a limit.
+    static bool isLeaving();
+    /// The application's loop has returned.
+    static void hasLeft();
+
 private:
     void startTimer();
     void fireTimer();
+    void waitForEvents();
     void endInnermost();
 
     QObject m_owner; // of the notifiers; on the loop's thread

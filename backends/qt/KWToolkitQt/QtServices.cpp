@@ -11,6 +11,7 @@
 #include <KWToolkitQt/QtSystemColors.h>
 #include <KWToolkitQt/QtTextMetrics.h>
 #include <KWToolkitQt/QtViewLoader.h>
+#include <KWToolkitQt/QtWindowService.h>
 
 #include <QCoreApplication>
 
@@ -28,6 +29,7 @@ void useQtServices() {
         setServiceFactory<TextMetrics>([] { return std::make_unique<QtTextMetrics>(); });
         setServiceFactory<SystemColors>([] { return std::make_unique<QtSystemColors>(); });
         setServiceFactory<ViewLoader>([] { return std::make_unique<QtViewLoader>(); });
+        setServiceFactory<WindowService>([] { return std::make_unique<QtWindowService>(); });
         QtApplicationService::watchQuit();
         // So that other threads know the main thread's loop before anyone asks there.
         qAddPreRoutine([] { Platform::runLoop(); });

@@ -14,6 +14,7 @@
 #include <KWToolkitQt/QtGraphicsContext.h>
 #include <KWToolkitQt/ViewAccessibility.h>
 #include <KWToolkitQt/ViewPeers.h>
+#include <KWToolkitQt/WidgetWindow.h>
 
 #include <QApplication>
 #include <QHoverEvent>
@@ -74,10 +75,14 @@ void paint(QPainter& painter, NSView& view, const QRectF& dirty) {
 /// call the widget and what holds it are used only unless `isGone()`.
 class ViewWidget::Private final : public ViewHost, public std::enable_shared_from_this<Private> {
 public:
-    Private(ViewWidget& host, std::shared_ptr<NSView> view)
+    Private(ViewWidget& host, NSWindow* window, std::shared_ptr<NSView> view)
         : root(view ? std::move(view) : std::make_shared<NSView>())
         , sizeHint(root->frame().size)
-        , m_widget(host) {
+        , m_widget(host)
+        , m_hostsWindow(window
+                  ? nullptr
+                  : std::make_unique<NSWindow>(*this, std::make_unique<HostsWindow>(host)))
+        , m_window(window ? *window : *m_hostsWindow) {
         root->setHost(this);
         QObject::connect(qApp, &QApplication::focusChanged, &m_context,
             [this](const QWidget*, QWidget* now) { focusMoved(now); });
@@ -132,7 +137,7 @@ private:
         }
     };
 
-    void send(NSView& view, Message message, const NSEvent& event) const;
+    void send(NSResponder& receiver, Message message, const NSEvent& event) const;
     bool giveFocus(NSView* view, Qt::FocusReason reason);
     void becomeFirstResponder();
     bool resignFirstResponder();
@@ -155,7 +160,8 @@ private:
     void hover(NSEvent::Type type);
 
     ViewWidget& m_widget;
-    NSWindow m_window {*this};
+    const std::unique_ptr<NSWindow> m_hostsWindow; // null in a window of the toolkit's
+    NSWindow& m_window; // not once this is gone
     ViewPeers m_peers {m_widget, [this](const QWidget& peer) { releaseFocus(peer); }};
     std::unique_ptr<ViewAccessibility> m_accessibility =
         std::make_unique<ViewAccessibility>(m_widget, *root, m_peers);
@@ -177,6 +183,8 @@ private:
 };
 
 void ViewWidget::Private::close() {
+    if (isGone())
+        return;
     callGuarded([this] { viewWillGo(*root); });
     if (root->host() == this) // and not a widget that was made for it since
         root->setHost(nullptr);
@@ -480,7 +488,7 @@ bool ViewWidget::Private::keepsFromPeer(const QKeyEvent& event) {
 
 void ViewWidget::Private::key(QKeyEvent& event) {
     const bool isRelease = event.type() == QEvent::KeyRelease;
-    if (!m_firstResponder || (isRelease && event.isAutoRepeat())) {
+    if (isGone() || (isRelease && event.isAutoRepeat())) {
         event.ignore();
         return;
     }
@@ -488,8 +496,10 @@ void ViewWidget::Private::key(QKeyEvent& event) {
     const Message message = translated.type == NSEvent::Type::flagsChanged
         ? &NSResponder::flagsChanged
         : (isRelease ? &NSResponder::keyUp : &NSResponder::keyDown);
-    send(*m_firstResponder, message, translated);
-    event.setAccepted(!m_window.takeIsKeyUntaken());
+    NSResponder& receiver =
+        m_firstResponder ? static_cast<NSResponder&>(*m_firstResponder) : m_window;
+    send(receiver, message, translated);
+    event.setAccepted(isGone() || !m_window.takeIsKeyUntaken());
 }
 
 void ViewWidget::Private::press(QMouseEvent& event) {
@@ -500,14 +510,20 @@ void ViewWidget::Private::press(QMouseEvent& event) {
     countClick(event);
     const NSEvent translated = mouseEvent(NSEvent::Type::leftMouseDown, event);
     NSView* view = nullptr;
+    bool isForWindow = false;
     callGuarded([&] {
         view = root->hitTest(translated.locationInWindow);
         // X11 delivers the click that activates the window, too.
-        if (view && !m_widget.isActiveWindow() && !view->acceptsFirstMouse(translated))
-            view = nullptr;
+        isForWindow = view && !m_widget.isActiveWindow() && !view->acceptsFirstMouse(translated);
     });
-    if (!view)
+    if (!view || isGone())
         return;
+    if (isForWindow) {
+        // That it begins to move it by its background, it takes even so.
+        if (view == root.get() && m_window.isMovableByWindowBackground())
+            send(m_window, &NSResponder::mouseDown, translated);
+        return;
+    }
     m_pressed = view;
     const bool isEdited = view == focused() && view != m_firstResponder;
     if (!isEdited && acceptsFirstResponder(*view))
@@ -587,10 +603,10 @@ void ViewWidget::Private::activationChanged() {
     hover(NSEvent::Type::mouseEntered);
 }
 
-void ViewWidget::Private::send(NSView& view, Message message, const NSEvent& event) const {
+void ViewWidget::Private::send(NSResponder& receiver, Message message, const NSEvent& event) const {
     // Kept for the call, in which it may leave its tree.
-    const std::shared_ptr<NSObject> alive = view.weak_from_this().lock();
-    callGuarded([&] { (view.*message)(event); });
+    const std::shared_ptr<NSObject> alive = receiver.weak_from_this().lock();
+    callGuarded([&] { (receiver.*message)(event); });
 }
 
 NSEvent ViewWidget::Private::eventAt(NSEvent::Type type, QPointF place) const {
@@ -625,8 +641,11 @@ void ViewWidget::Private::countClick(const QMouseEvent& event) {
 }
 
 ViewWidget::ViewWidget(std::shared_ptr<NSView> rootView, QWidget* parent)
+    : ViewWidget(nullptr, std::move(rootView), parent) { }
+
+ViewWidget::ViewWidget(NSWindow* window, std::shared_ptr<NSView> rootView, QWidget* parent)
     : QWidget(parent)
-    , d(std::make_shared<Private>(*this, std::move(rootView))) {
+    , d(std::make_shared<Private>(*this, window, std::move(rootView))) {
     // A click gives the focus to a view, if at all.
     setFocusPolicy(Qt::TabFocus);
     // Over the peers, too.
@@ -635,6 +654,12 @@ ViewWidget::ViewWidget(std::shared_ptr<NSView> rootView, QWidget* parent)
 }
 
 ViewWidget::~ViewWidget() { d->close(); }
+
+void ViewWidget::retire() {
+    hide();
+    d->close();
+    deleteLater();
+}
 
 const std::shared_ptr<NSView>& ViewWidget::rootView() const { return d->root; }
 NSView* ViewWidget::firstResponder() const { return d->firstResponder(); }
@@ -645,6 +670,8 @@ QSize ViewWidget::sizeHint() const {
 
 bool ViewWidget::event(QEvent* event) {
     const auto alive = d;
+    if (alive->isGone())
+        return QObject::event(event);
     const bool isOffer = event->type() == QEvent::ShortcutOverride;
     if (isOffer || event->type() == QEvent::KeyPress) {
         const auto& key = static_cast<const QKeyEvent&>(*event);

@@ -55,7 +55,13 @@ protected:
     void focusOutEvent(QFocusEvent* event) override;
 
 private:
+    friend class QtWindow;
     class Private;
+    /// Null for a window of the host's.
+    ViewWidget(NSWindow* window, std::shared_ptr<NSView> rootView, QWidget* parent);
+    /// Lets go of the views, hides and deletes the widget soon.
+    void retire();
+
     std::shared_ptr<Private> d;
 };
 
