@@ -57,8 +57,13 @@ void KeyInjector::moveMouse(int x, int y) {
 }
 
 void KeyInjector::click() {
-    for (const std::uint8_t type : {XCB_BUTTON_PRESS, XCB_BUTTON_RELEASE})
-        xcb_test_fake_input(m_xcb, type, 1, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+    holdButton(true);
+    holdButton(false);
+}
+
+void KeyInjector::holdButton(bool isDown) {
+    xcb_test_fake_input(m_xcb, isDown ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE, 1, XCB_CURRENT_TIME,
+        XCB_NONE, 0, 0, 0);
     synchronize();
 }
 

@@ -35,6 +35,7 @@ public:
     void moveMouse(int x, int y);
     /// The left button.
     void click();
+    void holdButton(bool isDown);
 
     /// Locks these of the server's modifiers and no others.
     void lockModifiers(std::uint8_t modifiers);

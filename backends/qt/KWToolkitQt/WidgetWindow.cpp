@@ -16,6 +16,7 @@ namespace kw::qt {
 
 namespace {
 
+constexpr int answerTime = 250; // milliseconds
 constexpr int greatestLength = 32767; // that X knows
 
 /// Of the place where both the primary screen's coordinates begin.
@@ -84,8 +85,11 @@ NSEdgeInsets WidgetWindow::frameMargins() const {
 }
 
 NSRect WidgetWindow::frame() const {
-    const QWidget* const widget = topLevel();
-    return widget ? fromPixels(widget->geometry() + margins()) : NSRect {};
+    return topLevel() ? fromPixels(contentRect() + margins()) : NSRect {};
+}
+
+QRect WidgetWindow::contentRect() const {
+    return m_answer.hasExpired() ? topLevel()->geometry() : m_asked;
 }
 
 void WidgetWindow::setFrame(NSRect frame) {
@@ -97,6 +101,11 @@ void WidgetWindow::setFrame(NSRect frame) {
         widget->setWindowState(state & ~(Qt::WindowMaximized | Qt::WindowFullScreen));
     const QRect content = toPixels(frame) - margins();
     setContentRect({content.topLeft(), content.size().expandedTo({1, 1})});
+    if (!widget->isVisible() || QGuiApplication::platformName() != "xcb")
+        return;
+    // Answers to what was asked for before come late, and Qt believes each.
+    m_asked = widget->geometry();
+    m_answer.setRemainingTime(answerTime);
 }
 
 void WidgetWindow::setContentRect(const QRect& rect) { topLevel()->setGeometry(rect); }

@@ -4,6 +4,7 @@
 
 #include <KWToolkit/platform/services/WindowService.h>
 
+#include <QDeadlineTimer>
 #include <QMargins>
 #include <QPointer>
 #include <QRect>
@@ -38,6 +39,10 @@ protected:
     static QRect toPixels(const NSRect& rect);
 
 private:
+    QRect contentRect() const;
+
+    QRect m_asked; // for the content
+    QDeadlineTimer m_answer; // until when the X server may still tell of what was before
     Qt::WindowModality m_formerModality = Qt::NonModal;
 };
 
