@@ -1,0 +1,127 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#include <KWToolkitQtWeb/WebPage.h>
+
+#include <KWToolkit/platform/Guarded.h>
+#include <KWToolkitQtWeb/PageScheme.h>
+
+#include <QWebEngineNewWindowRequest>
+#include <QWebEngineProfile>
+#include <QWebEngineSettings>
+
+#include <utility>
+
+namespace kw::qt {
+
+namespace {
+
+WebNavigationType typeOf(QWebEnginePage::NavigationType type) {
+    switch (type) {
+    case QWebEnginePage::NavigationTypeLinkClicked:
+        return WebNavigationType::linkClicked;
+    case QWebEnginePage::NavigationTypeFormSubmitted:
+        return WebNavigationType::formSubmitted;
+    case QWebEnginePage::NavigationTypeBackForward:
+        return WebNavigationType::backForward;
+    case QWebEnginePage::NavigationTypeReload:
+        return WebNavigationType::reload;
+    default:
+        return WebNavigationType::other;
+    }
+}
+
+} // namespace
+
+WebPage::WebPage(WebView& view)
+    : QWebEnginePage(QWebEngineProfile::defaultProfile())
+    , m_view(&view) {
+    PageScheme::shared();
+    QWebEngineSettings& own = *settings();
+    own.setAttribute(QWebEngineSettings::ErrorPageEnabled, false);
+    own.setAttribute(QWebEngineSettings::FocusOnNavigationEnabled, false);
+    own.setAttribute(QWebEngineSettings::FullScreenSupportEnabled, false);
+    own.setAttribute(QWebEngineSettings::NavigateOnDropEnabled, false);
+    own.setUnknownUrlSchemePolicy(QWebEngineSettings::DisallowUnknownUrlSchemes);
+    connect(this, &QWebEnginePage::loadFinished, this, &WebPage::finished);
+    connect(this, &QWebEnginePage::titleChanged, this, &WebPage::titled);
+    connect(this, &QWebEnginePage::featurePermissionRequested, this,
+        [this](const QUrl& origin, Feature feature) {
+            setFeaturePermission(origin, feature, PermissionDeniedByUser);
+        });
+    connect(this, &QWebEnginePage::newWindowRequested, this,
+        [this](const QWebEngineNewWindowRequest& request) {
+            const auto url = PageScheme::shared().publicURL(request.requestedUrl());
+            const std::string address = url.toEncoded().toStdString();
+            tell([&](WebView& shown) {
+                shown.wantsWindow({WebNavigationType::linkClicked, address}, address, {});
+            });
+        });
+}
+
+WebPage::~WebPage() = default;
+
+void WebPage::leave() {
+    m_view = nullptr;
+    if (m_calls == 0)
+        delete this;
+    else
+        deleteLater();
+}
+
+void WebPage::tell(const std::function<void(WebView&)>& task) {
+    if (!m_view)
+        return;
+    const std::shared_ptr<NSObject> alive = m_view->weak_from_this().lock();
+    ++m_calls;
+    callGuarded([&] { task(*m_view); });
+    --m_calls;
+}
+
+QUrl WebPage::addressOf(const WebContent& content) {
+    auto& scheme = PageScheme::shared();
+    if (!content.request) {
+        const auto base = QByteArray::fromStdString(content.baseURL.value_or(std::string()));
+        return scheme.add({content.html, QUrl::fromEncoded(base)});
+    }
+    const QUrl url = QUrl::fromEncoded(QByteArray::fromStdString(*content.request));
+    return url.isLocalFile() ? scheme.add({std::nullopt, url}) : url;
+}
+
+void WebPage::show(const WebContent& content) {
+    PageScheme::shared().remove(std::exchange(m_source, addressOf(content)));
+    m_title.clear();
+    m_isInvalid = !m_source.isValid() || m_source.isRelative();
+    load(m_isInvalid ? QUrl("about:blank") : m_source);
+}
+
+void WebPage::setAllowsScrolling(bool allows) {
+    if (settings()->testAttribute(QWebEngineSettings::ShowScrollBars) != allows)
+        settings()->setAttribute(QWebEngineSettings::ShowScrollBars, allows);
+}
+
+bool WebPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) {
+    if (!m_view)
+        return false;
+    if (type == NavigationTypeTyped)
+        return true;
+    const auto target = PageScheme::shared().publicURL(url);
+    if (isMainFrame && url.hasFragment() && url.matches(this->url(), QUrl::RemoveFragment))
+        return true; // a place in the page
+    const std::string address = target.toEncoded().toStdString();
+    bool isAllowed = false;
+    tell([&](WebView& view) {
+        isAllowed = view.decidesToNavigate({typeOf(type), address}, address);
+    });
+    return isAllowed;
+}
+
+void WebPage::finished(bool isLoaded) {
+    tell([&](WebView& view) { view.didFinishLoad(isLoaded && !m_isInvalid); });
+}
+
+void WebPage::titled(const QString& title) {
+    if (std::exchange(m_title, title) != title)
+        tell([&](WebView& view) { view.didReceiveTitle(title.toStdString()); });
+}
+
+} // namespace kw::qt

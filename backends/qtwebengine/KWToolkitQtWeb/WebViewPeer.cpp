@@ -1,0 +1,56 @@
+// SPDX-FileCopyrightText: 2026 The KWToolkit authors
+// SPDX-License-Identifier: MIT
+#include <KWToolkitQtWeb/WebViewPeer.h>
+
+#include <KWToolkit/platform/ui/WebView.h>
+#include <KWToolkitQtWeb/QtWebService.h>
+#include <KWToolkitQtWeb/WebPage.h>
+
+#include <QWebEngineView>
+
+namespace kw::qt {
+
+namespace {
+
+class WebViewPeer final : public ViewPeer {
+public:
+    WebViewPeer(WebView& view, QWidget& parent)
+        : m_view(view)
+        , m_page(*new WebPage(view))
+        , m_widget(*new QWebEngineView(&parent)) {
+        m_widget.setPage(&m_page);
+        m_widget.setFocusPolicy(Qt::ClickFocus);
+        m_widget.setAcceptDrops(false);
+        m_widget.addAction(m_widget.pageAction(QWebEnginePage::Copy));
+        m_widget.setContextMenuPolicy(Qt::ActionsContextMenu);
+        load();
+    }
+    ~WebViewPeer() override { m_page.leave(); }
+
+    QWidget& widget() override { return m_widget; }
+    void update() override { load(); }
+
+private:
+    void load() {
+        const WebFrame& frame = m_view.mainFrame();
+        m_page.setAllowsScrolling(frame.allowsScrolling());
+        if (m_loadCount == frame.loadCount())
+            return;
+        m_loadCount = frame.loadCount();
+        m_page.show(frame.content());
+    }
+
+    WebView& m_view;
+    WebPage& m_page;
+    QWebEngineView& m_widget;
+    std::uint64_t m_loadCount = 0;
+};
+
+} // namespace
+
+std::unique_ptr<ViewPeer> makeWebViewPeer(NSView& view, QWidget& parent) {
+    QtWebService::applySettings();
+    return std::make_unique<WebViewPeer>(static_cast<WebView&>(view), parent);
+}
+
+} // namespace kw::qt
