@@ -4,6 +4,7 @@
 
 #include "ControlsPage.h"
 #include "HotkeysPage.h"
+#include "HtmlModalPage.h"
 #include "ImagesPage.h"
 #include "LayersPage.h"
 #include "LoggingPage.h"
@@ -13,6 +14,7 @@
 #include "Page.h"
 #include "RunningApplicationsPage.h"
 #include "UrlPage.h"
+#include "WindowsPage.h"
 
 #include <QHBoxLayout>
 
@@ -32,6 +34,9 @@ const Page pages[] {
     {"Observation", &ObservationPage::make, &ObservationPage::visit},
     {"Layers", &LayersPage::make, &LayersPage::visit},
     {"Controls", &ControlsPage::make, &ControlsPage::visit},
+    {"Windows", &WindowsPage::make, &WindowsPage::visit},
+    // The tour does not act on it yet.
+    {"Web page", &HtmlModalPage::make, [](Tour&, QWidget&) { }},
 };
 
 } // namespace

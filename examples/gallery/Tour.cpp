@@ -4,9 +4,11 @@
 
 #include "Desktop.h"
 
+#include <QApplication>
 #include <QEvent>
-#include <QGuiApplication>
+#include <QPointer>
 #include <QTest>
+#include <QTimer>
 #include <QWidget>
 
 #include <cstdio>
@@ -16,6 +18,7 @@ namespace gallery {
 namespace {
 
 constexpr int patience = 10'000; // milliseconds
+constexpr int lookInterval = 20;
 
 std::unique_ptr<Hands> handsFor(const QString& platform) {
     auto hands = platform == "xcb" ? realHands() : nullptr;
@@ -55,6 +58,34 @@ void Tour::click(QWidget& widget) {
         return;
     ++m_failures;
     write(QString("FAILED  to click at a %1").arg(widget.metaObject()->className()));
+}
+
+void Tour::clickToOpen(QWidget& widget, const std::function<void(QWidget& modal)>& use) {
+    QTimer lookout;
+    QPointer<QWidget> modal;
+    bool isUsed = false;
+    QObject::connect(&lookout, &QTimer::timeout, &lookout, [&] {
+        if (isUsed) {
+            ++m_failures;
+            write("FAILED  to close the window");
+            if (modal)
+                modal->close(); // else the tour would never end
+            return;
+        }
+        modal = QApplication::activeModalWidget();
+        if (!modal || !modal->isVisible())
+            return;
+        lookout.stop();
+        isUsed = true;
+        expect("the window that opens", "active",
+            [&] { return modal && modal->isActiveWindow() ? "active" : "not active"; });
+        if (modal)
+            use(*modal);
+        lookout.start(patience);
+    });
+    lookout.start(lookInterval);
+    click(widget);
+    expect("a window", "opened", [&] { return isUsed ? "opened" : "not opened"; });
 }
 
 bool Tour::expect(

@@ -26,6 +26,9 @@ public:
     Hands& hands() { return *m_hands; }
     /// Clicks, and waits until the widget has seen it: hands may be faster than the desktop.
     void click(QWidget& widget);
+    /// Clicks what opens a modal window and waits until that is closed: `use` gets the window,
+    /// and closes it.
+    void clickToOpen(QWidget& widget, const std::function<void(QWidget& modal)>& use);
 
     /// Waits, at most ten seconds, until `seen` is what is expected.
     bool expect(const QString& what, const QString& expected, const std::function<QString()>& seen);

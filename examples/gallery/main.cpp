@@ -5,6 +5,7 @@
 #include "GalleryWindow.h"
 #include "Mover.h"
 #include "Tour.h"
+#include "WebPages.h"
 
 #include <KWToolkit/platform/Platform.h>
 #include <KWToolkit/platform/foundation/NSBundle.h>
@@ -93,6 +94,7 @@ int main(int argc, char** argv) {
     std::optional<QTemporaryDir> home;
     if (isTour && !moveTo(home.emplace()))
         return fail("gallery: there is no room for a temporary home\n");
+    gallery::useWebPages();
     const QApplication application(argc, argv);
     if (!urls.empty() && kw::Platform::urlEvents().receive(urls) == kw::UrlReception::elsewhere)
         return 0;
