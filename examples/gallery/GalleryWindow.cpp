@@ -35,8 +35,7 @@ const Page pages[] {
     {"Layers", &LayersPage::make, &LayersPage::visit},
     {"Controls", &ControlsPage::make, &ControlsPage::visit},
     {"Windows", &WindowsPage::make, &WindowsPage::visit},
-    // The tour does not act on it yet.
-    {"Web page", &HtmlModalPage::make, [](Tour&, QWidget&) { }},
+    {"Web page", &HtmlModalPage::make, &HtmlModalPage::visit},
 };
 
 } // namespace
@@ -62,13 +61,18 @@ GalleryWindow::GalleryWindow()
     m_titles->setCurrentRow(0);
 }
 
-void GalleryWindow::visitAll(Tour& tour) {
+bool GalleryWindow::visit(Tour& tour, const QString& only) {
     int row = 0;
+    bool isFound = false;
     for (const Page& page : pages) {
-        m_titles->setCurrentRow(row);
-        page.visit(tour, *m_pages->widget(row));
+        if (only.isEmpty() || only == page.title) {
+            isFound = true;
+            m_titles->setCurrentRow(row);
+            page.visit(tour, *m_pages->widget(row));
+        }
         ++row;
     }
+    return isFound;
 }
 
 } // namespace gallery

@@ -15,8 +15,8 @@ class GalleryWindow final : public QWidget {
 public:
     GalleryWindow();
 
-    /// Visits each page in turn.
-    void visitAll(Tour& tour);
+    /// Visits each page in turn, or only the one with that title. False where there is none.
+    bool visit(Tour& tour, const QString& only);
 
 private:
     QListWidget* m_titles;

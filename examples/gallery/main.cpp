@@ -24,11 +24,11 @@ namespace {
 
 constexpr const char* usage =
     "usage: gallery [URL...]\n"
-    "       gallery --tour DIR\n"
+    "       gallery --tour DIR [PAGE]\n"
     "Shows the toolkit's facilities. URLs go to the gallery that runs already, if there is one, "
     "and\n"
-    "are shown on its page. With --tour a script uses them, and leaves pictures and a\n"
-    "log in DIR; it exits with 1 if anything did not happen as expected.\n";
+    "are shown on its page. With --tour a script uses them, or those of one page, and leaves\n"
+    "pictures and a log in DIR; it exits with 1 if anything did not happen as expected.\n";
 
 int fail(const char* message) {
     std::fputs(message, stderr);
@@ -57,11 +57,12 @@ bool moveTo(const QTemporaryDir& home) {
     return QDir(home.path()).mkpath(".local/share");
 }
 
-int runTour(gallery::GalleryWindow& window, const QString& folder) {
+int runTour(gallery::GalleryWindow& window, const QString& folder, const QString& page) {
     gallery::Tour tour(window, folder);
     tour.expect("the window", "active",
         [&] { return QString(window.isActiveWindow() ? "active" : "not active"); });
-    window.visitAll(tour);
+    if (!window.visit(tour, page))
+        return fail("gallery: there is no such page\n");
     return tour.finish() ? 0 : 1;
 }
 
@@ -80,7 +81,7 @@ int main(int argc, char** argv) {
         gallery::writeCrashReports();
         return readNullPointer();
     }
-    const bool isTour = argc == 3 && std::strcmp(argv[1], "--tour") == 0;
+    const bool isTour = argc >= 3 && argc <= 4 && std::strcmp(argv[1], "--tour") == 0;
     const std::vector<std::string> urls(argv + 1, isTour ? argv + 1 : argv + argc);
     if (std::ranges::any_of(urls, [](const std::string& url) { return url.starts_with('-'); }))
         return fail(usage);
@@ -102,5 +103,5 @@ int main(int argc, char** argv) {
     window.resize(720, 520);
     window.show();
     window.activateWindow();
-    return isTour ? runTour(window, argv[2]) : QApplication::exec();
+    return isTour ? runTour(window, argv[2], argv[3]) : QApplication::exec();
 }

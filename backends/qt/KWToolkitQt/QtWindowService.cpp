@@ -226,6 +226,10 @@ void QtWindow::setBackground(const std::optional<NSColor>& color, bool isOpaque)
 void QtWindow::orderFront(bool isKey) {
     if (!m_frame)
         return;
+    if (m_frame->content)
+        m_frame->content->updatePeers();
+    if (!m_frame)
+        return;
     updateFlags();
     WidgetWindow::orderFront(isKey);
 }

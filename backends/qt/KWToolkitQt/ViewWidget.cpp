@@ -689,6 +689,9 @@ bool ViewWidget::event(QEvent* event) {
     case QEvent::HoverLeave:
         alive->hoverAt(std::nullopt);
         return true;
+    case QEvent::Polish:
+        alive->updatePeers();
+        break;
     case QEvent::WindowActivate:
     case QEvent::WindowDeactivate:
         alive->activationChanged();
@@ -697,6 +700,11 @@ bool ViewWidget::event(QEvent* event) {
         break;
     }
     return alive->isGone() || QWidget::event(event);
+}
+
+void ViewWidget::updatePeers() {
+    const auto alive = d;
+    alive->updatePeers();
 }
 
 bool ViewWidget::eventFilter(QObject* peer, QEvent* event) {

@@ -59,6 +59,9 @@ private:
     class Private;
     /// Null for a window of the host's.
     ViewWidget(NSWindow* window, std::shared_ptr<NSView> rootView, QWidget* parent);
+    /// Makes the widgets over the views now. Those that come once a modal window is shown may cost
+    /// it that: for a web page Qt makes another window of it, and forgets that it is modal.
+    void updatePeers();
     /// Lets go of the views, hides and deletes the widget soon.
     void retire();
 
