@@ -18,9 +18,7 @@
 #include <QAbstractButton>
 #include <QDir>
 #include <QFile>
-#include <QGuiApplication>
 #include <QPushButton>
-#include <QScreen>
 #include <QStringEncoder>
 
 #include <algorithm>
@@ -223,13 +221,10 @@ void HtmlModalPage::steps(Tour& tour) {
             QWidget* const page = pageIn(modal);
             const bool hasText = page && QFile::exists(m_folder.filePath(each.fileName))
                 && each.fileName != std::string();
-            tour.expect(each.title, hasText ? "drawn" : "blank",
-                [&] { return page && !isUniform(page->grab().toImage()) ? "drawn" : "blank"; });
-            const QRect frame = modal.frameGeometry();
-            tour.takePicture(QString("web-page-2-") + each.pictureName,
-                tour.hands().areReal() ? QGuiApplication::primaryScreen()->grabWindow(
-                                             0, frame.x(), frame.y(), frame.width(), frame.height())
-                                       : modal.grab());
+            tour.expect(each.title, hasText ? "drawn" : "blank", [&] {
+                return page && !isUniform(tour.pictureOf(*page).toImage()) ? "drawn" : "blank";
+            });
+            tour.takePicture(QString("web-page-2-") + each.pictureName, tour.pictureOf(modal));
             if (hasText && each.fileName == std::string("terms.html")) {
                 QWidget& target = page->focusProxy() ? *page->focusProxy() : *page;
                 tour.hands().pressMouse(target, linkPlace);

@@ -9,10 +9,8 @@
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QProcess>
-#include <QScreen>
 
 namespace gallery {
 
@@ -118,10 +116,7 @@ void MovePage::steps(Tour& tour) {
     };
     // As it looks on the screen, for Mover's windows are not the gallery's.
     const auto takePicture = [&](const char* name) {
-        const QRect frame = window()->frameGeometry();
-        tour.takePicture(name,
-            QGuiApplication::primaryScreen()->grabWindow(
-                0, frame.x(), frame.y(), frame.width(), frame.height()));
+        tour.takePicture(name, tour.pictureOf(*window()));
     };
 
     tour.click(*m_start);

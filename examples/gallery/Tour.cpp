@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QEvent>
 #include <QPointer>
+#include <QScreen>
 #include <QTest>
 #include <QTimer>
 #include <QWidget>
@@ -109,6 +110,15 @@ void Tour::takePicture(const QString& name, const QPixmap& picture) {
     const bool isSaved = picture.save(file);
     write((isSaved ? "picture " : "FAILED  to save ") + file);
     m_failures += !isSaved;
+}
+
+QPixmap Tour::pictureOf(QWidget& widget) {
+    if (!hands().areReal())
+        return widget.grab();
+    const QRect place = widget.isWindow() ? widget.frameGeometry()
+                                          : QRect(widget.mapToGlobal(QPoint()), widget.size());
+    return QGuiApplication::primaryScreen()->grabWindow(
+        0, place.x(), place.y(), place.width(), place.height());
 }
 
 void Tour::write(const QString& line) {

@@ -35,6 +35,8 @@ public:
     /// Saves the window as a PNG of this name.
     void takePicture(const QString& name);
     void takePicture(const QString& name, const QPixmap& picture);
+    /// As it looks on the screen where there is one, a window with its frame.
+    QPixmap pictureOf(QWidget& widget);
     void write(const QString& line);
 
     /// Ends the log. Whether everything expected was seen.
