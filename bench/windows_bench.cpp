@@ -3,6 +3,7 @@
 // From the call of a modal web page to the first picture of it, beside a dialog with a bare web
 // view; and the frames of a fade, beside those of Qt's own animation of the same window.
 #include <KWToolkit/platform/Platform.h>
+#include <KWToolkit/platform/ui/NSApplication.h>
 #include <KWToolkit/platform/ui/NSViewAnimation.h>
 #include <KWToolkit/windows/KWHtmlModal.h>
 #include <KWToolkit/windows/KWTranFadeWindow.h>
@@ -184,7 +185,7 @@ int main(int argc, char** argv) {
 
     printFades();
     modal(url); // starts the engine
-    for (const auto& [name, show] : {std::pair("modal", modal), std::pair("dialog", dialog)})
+    for (const auto& [name, show] : {std::pair("modal", &modal), std::pair("dialog", &dialog)})
         benchmark::RegisterBenchmark(name, open, show, url)
             ->Unit(benchmark::kMillisecond)
             ->UseManualTime();

@@ -31,6 +31,10 @@ kw_install(KWToolkit Core "")
 if(KW_QT)
     kw_install(KWToolkitQt Qt "KWToolkit = ${PROJECT_VERSION}, Qt6Widgets")
 endif()
+if(KW_QTWEB)
+    kw_install(KWToolkitQtWeb QtWeb
+        "KWToolkitQt = ${PROJECT_VERSION}, Qt6WebEngineWidgets")
+endif()
 
 configure_package_config_file(cmake/KWToolkitConfig.cmake.in
     "${PROJECT_BINARY_DIR}/KWToolkitConfig.cmake" INSTALL_DESTINATION "${package_dir}")

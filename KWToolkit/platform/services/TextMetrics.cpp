@@ -24,7 +24,7 @@ NSSize NominalTextMetrics::sizeOfText(std::string_view text, const TextAttribute
 }
 
 NSSize NominalTextMetrics::sizeOfButton(const NSAttributedString& title) {
-    const NSSize text = sizeOfText(title.string(), {});
+    const NSSize text = sizeOfText(title.string(), TextAttributes());
     return {text.width + 16, text.height + 8};
 }
 

@@ -62,9 +62,11 @@ void NSAnimation::startAnimation() {
     m_isAnimating = true;
     m_begin = Platform::clock().now();
     m_frame = 0;
-    ++m_run;
+    const auto run = ++m_run;
     setCurrentProgress(0);
-    scheduleFrame(0);
+    // What shows it may have stopped it, and started it anew.
+    if (m_isAnimating && m_run == run)
+        scheduleFrame(0);
 }
 
 /// On a grid of time, so that what is late does not delay what follows.

@@ -203,9 +203,11 @@ bool NSWindow::performClose() {
 void NSWindow::close() {
     if (!isVisible())
         return;
-    const auto alive = weak_from_this().lock();
+    // An observer may destroy it.
+    const WeakReference self(*this);
     NSNotificationCenter::defaultCenter().postNotificationName(NSWindowWillCloseNotification, this);
-    m_native->orderOut();
+    if (const auto window = self.lock())
+        m_native->orderOut();
 }
 
 bool NSWindow::canBecomeKeyWindow() const {

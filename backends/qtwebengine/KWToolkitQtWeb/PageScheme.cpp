@@ -53,7 +53,7 @@ void reply(QWebEngineUrlRequestJob& job, const QByteArray& type, const QByteArra
 void PageScheme::registerScheme() {
     QWebEngineUrlScheme scheme(schemeName);
     scheme.setSyntax(QWebEngineUrlScheme::Syntax::Host);
-    scheme.setFlags(QWebEngineUrlScheme::LocalAccessAllowed);
+    scheme.setFlags({}); // above all no access to files of the disk
     QWebEngineUrlScheme::registerScheme(scheme);
 }
 
@@ -102,12 +102,6 @@ QUrl PageScheme::publicURL(const QUrl& address) const {
     url.setScheme(entry->source.url.scheme());
     url.setAuthority(entry->source.url.authority());
     return url;
-}
-
-bool PageScheme::isWithinPage(const QUrl& address) const {
-    const Entry* const entry = entryOf(address);
-    return entry && !entry->folder.empty()
-        && isWithin(realPath(pathOf(publicURL(address))), entry->folder);
 }
 
 std::optional<std::string> PageScheme::readFile(const Entry& entry, const QUrl& url) const {

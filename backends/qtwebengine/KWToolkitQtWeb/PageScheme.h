@@ -38,8 +38,6 @@ public:
     /// What an address is for everybody else; empty for nothing. Those of other schemes are that
     /// already.
     QUrl publicURL(const QUrl& address) const;
-    /// Whether there can be something at the address. It may still not be readable.
-    bool isWithinPage(const QUrl& address) const;
 
     void requestStarted(QWebEngineUrlRequestJob* job) override;
 

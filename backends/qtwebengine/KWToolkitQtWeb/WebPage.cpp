@@ -5,10 +5,15 @@
 #include <KWToolkit/platform/Guarded.h>
 #include <KWToolkitQtWeb/PageScheme.h>
 
+#include <QWebEngineDownloadRequest>
+#include <QWebEngineHistory>
 #include <QWebEngineNewWindowRequest>
 #include <QWebEngineProfile>
+#include <QWebEngineScript>
+#include <QWebEngineScriptCollection>
 #include <QWebEngineSettings>
 
+#include <cstring>
 #include <utility>
 
 namespace kw::qt {
@@ -30,6 +35,32 @@ WebNavigationType typeOf(QWebEnginePage::NavigationType type) {
     }
 }
 
+/// What the engine takes for the title of a page that has none.
+bool isAddress(const QString& title, const QUrl& url) {
+    const auto plain = [](QString text) {
+        text = QUrl::fromPercentEncoding(text.toUtf8());
+        for (const auto* const beginning : {"http://", "https://"}) {
+            if (text.startsWith(QLatin1String(beginning)))
+                text.remove(0, static_cast<int>(std::strlen(beginning)));
+        }
+        return text.endsWith('/') ? text.chopped(1) : text;
+    };
+    return plain(title) == plain(url.toString());
+}
+
+/// Neither the user nor the page itself can scroll. It runs where scripts of the page may not.
+QWebEngineScript scrollLock() {
+    QWebEngineScript script;
+    script.setName(QStringLiteral("scroll lock"));
+    script.setWorldId(QWebEngineScript::ApplicationWorld);
+    script.setInjectionPoint(QWebEngineScript::DocumentReady);
+    script.setSourceCode(QStringLiteral(
+        "document.documentElement.style.setProperty('overflow', 'hidden', 'important');"
+        "addEventListener('scroll', () => scrollTo(0, 0));"
+        "scrollTo(0, 0);"));
+    return script;
+}
+
 } // namespace
 
 WebPage::WebPage(WebView& view)
@@ -41,9 +72,14 @@ WebPage::WebPage(WebView& view)
     own.setAttribute(QWebEngineSettings::FocusOnNavigationEnabled, false);
     own.setAttribute(QWebEngineSettings::FullScreenSupportEnabled, false);
     own.setAttribute(QWebEngineSettings::NavigateOnDropEnabled, false);
-    own.setUnknownUrlSchemePolicy(QWebEngineSettings::DisallowUnknownUrlSchemes);
+    own.setUnknownUrlSchemePolicy(QWebEngineSettings::AllowUnknownUrlSchemesFromUserInteraction);
     connect(this, &QWebEnginePage::loadFinished, this, &WebPage::finished);
     connect(this, &QWebEnginePage::titleChanged, this, &WebPage::titled);
+    connect(profile(), &QWebEngineProfile::downloadRequested, this,
+        [this](QWebEngineDownloadRequest* download) {
+            if (download->page() == this)
+                download->cancel();
+        });
     connect(this, &QWebEnginePage::featurePermissionRequested, this,
         [this](const QUrl& origin, Feature feature) {
             setFeaturePermission(origin, feature, PermissionDeniedByUser);
@@ -58,7 +94,7 @@ WebPage::WebPage(WebView& view)
         });
 }
 
-WebPage::~WebPage() = default;
+WebPage::~WebPage() { PageScheme::shared().remove(m_source); }
 
 void WebPage::leave() {
     m_view = nullptr;
@@ -91,19 +127,32 @@ void WebPage::show(const WebContent& content) {
     PageScheme::shared().remove(std::exchange(m_source, addressOf(content)));
     m_title.clear();
     m_isInvalid = !m_source.isValid() || m_source.isRelative();
+    m_visitedBefore = visited();
     load(m_isInvalid ? QUrl("about:blank") : m_source);
 }
 
+QDateTime WebPage::visited() const { return history()->currentItem().lastVisited(); }
+
+void WebPage::showNothing() { load(QUrl("about:blank")); }
+
 void WebPage::setAllowsScrolling(bool allows) {
-    if (settings()->testAttribute(QWebEngineSettings::ShowScrollBars) != allows)
-        settings()->setAttribute(QWebEngineSettings::ShowScrollBars, allows);
+    if (settings()->testAttribute(QWebEngineSettings::ShowScrollBars) == allows)
+        return;
+    settings()->setAttribute(QWebEngineSettings::ShowScrollBars, allows);
+    scripts().clear();
+    if (!allows)
+        scripts().insert(scrollLock());
 }
 
 bool WebPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) {
     if (!m_view)
         return false;
     if (type == NavigationTypeTyped)
-        return true;
+        return true; // asked for by the program
+    if (type == NavigationTypeRedirect && isMainFrame && visited() == m_visitedBefore)
+        return true; // the server says where it is
+    if (!isMainFrame && type == NavigationTypeOther)
+        return true; // a part of the page
     const auto target = PageScheme::shared().publicURL(url);
     if (isMainFrame && url.hasFragment() && url.matches(this->url(), QUrl::RemoveFragment))
         return true; // a place in the page
@@ -112,15 +161,19 @@ bool WebPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool
     tell([&](WebView& view) {
         isAllowed = view.decidesToNavigate({typeOf(type), address}, address);
     });
+    if (isAllowed && isMainFrame && m_view)
+        m_visitedBefore = visited();
     return isAllowed;
 }
 
 void WebPage::finished(bool isLoaded) {
+    if (m_source.isEmpty() && !m_isInvalid)
+        return;
     tell([&](WebView& view) { view.didFinishLoad(isLoaded && !m_isInvalid); });
 }
 
 void WebPage::titled(const QString& title) {
-    if (std::exchange(m_title, title) != title)
+    if (!isAddress(title, url()) && std::exchange(m_title, title) != title)
         tell([&](WebView& view) { view.didReceiveTitle(title.toStdString()); });
 }
 

@@ -4,6 +4,7 @@
 
 #include <KWToolkit/platform/ui/WebView.h>
 
+#include <QDateTime>
 #include <QWebEnginePage>
 
 #include <functional>
@@ -17,6 +18,8 @@ public:
     ~WebPage() override;
 
     void show(const WebContent& content);
+    /// An empty page, of which nobody is told.
+    void showNothing();
     void setAllowsScrolling(bool allows);
     /// The view goes, and the page with it: now, or once a call to the view's delegates has ended.
     void leave();
@@ -38,7 +41,8 @@ private:
     /// Calls the view, which may make the page leave.
     void tell(const std::function<void(WebView&)>& task);
     QUrl addressOf(const WebContent& content);
-    void open(const QUrl& address);
+    /// When the page that is shown arrived.
+    QDateTime visited() const;
 
     void finished(bool isLoaded);
     void titled(const QString& title);
@@ -46,6 +50,7 @@ private:
     WebView* m_view;
     int m_calls = 0;
     QUrl m_source; // in our scheme
+    QDateTime m_visitedBefore; // the page before the one that was let load last
     bool m_isInvalid = false;
     QString m_title;
 };

@@ -23,6 +23,9 @@ public:
         m_widget.setAcceptDrops(false);
         m_widget.addAction(m_widget.pageAction(QWebEnginePage::Copy));
         m_widget.setContextMenuPolicy(Qt::ActionsContextMenu);
+        // Where nothing is loaded the engine would begin later, and make the window anew for that.
+        if (m_view.mainFrame().loadCount() == 0)
+            m_page.showNothing();
         load();
     }
     ~WebViewPeer() override { m_page.leave(); }

@@ -55,7 +55,10 @@ TEST_F(HtmlModal, IsLaidOutByTheSizesOfItsButtons) {
         EXPECT_EQ(modal.htmlWebView()->frame(), NSMakeRect(0, 48, 500, 352));
     }
     buttons.size = {40, 22};
-    const KWHtmlModal modal({500, 400}, std::nullopt, "Yes", "No");
+    const auto delegate = std::make_shared<NSObject>();
+    const KWHtmlModal modal({500, 400}, std::nullopt, "Yes", "No", delegate);
+    EXPECT_EQ(modal.htmlWebView()->policyDelegate(), delegate);
+    EXPECT_EQ(modal.okButton()->title() + modal.cancelbutton()->title(), "YesNo");
     const NSView& footer = *modal.okButton()->superview();
     EXPECT_EQ(&footer.isa(), &KWOddSeparatorView::classObject());
     EXPECT_EQ(footer.frame(), NSMakeRect(0, 0, 500, 48));
@@ -123,10 +126,11 @@ TEST_F(HtmlModal, ReadsFilesAsUTF16AndRequestsTheRest) {
 TEST_F(HtmlModal, ReturnsTheCodeItsSessionIsStoppedWith) {
     HeadlessApplicationService host;
     const ServiceScope scope(host);
-    const auto press = [this](std::size_t index) {
+    const auto button = [this](std::size_t index) -> NSButton& {
         auto& buttonsOf = native().window().contentView()->subviews()[1]->subviews();
-        static_cast<NSButton&>(*buttonsOf[index]).performClick();
+        return static_cast<NSButton&>(*buttonsOf[index]);
     };
+    const auto press = [&](std::size_t index) { button(index).performClick(); };
     bool wasVisible = true;
     const struct {
         std::function<void()> action;
@@ -151,6 +155,7 @@ TEST_F(HtmlModal, ReturnsTheCodeItsSessionIsStoppedWith) {
         host.ending = false;
         loop.callAfter(1, [&] {
             EXPECT_TRUE(native().isModal);
+            EXPECT_EQ(button(0).title() + button(1).title(), "OKCancel");
             EXPECT_TRUE(native().host().isKeyWindow);
             EXPECT_EQ(NSMidX(native().frame()), 640); // in the middle once it is shown
             row.action();
@@ -160,7 +165,17 @@ TEST_F(HtmlModal, ReturnsTheCodeItsSessionIsStoppedWith) {
         EXPECT_EQ(application.modalWindow(), nullptr);
         EXPECT_TRUE(service.windows.empty());
     }
-    EXPECT_FALSE(wasVisible); // a button closes the window before it stops the session
+    EXPECT_FALSE(wasVisible); // a button closes the window
+}
+
+TEST_F(HtmlModal, LeavesTheWindowOfASessionWhereItIs) {
+    NSWindow window(
+        {{5, 6}, {70, 80}}, NSWindowStyleMaskTitled, NSBackingStoreType::buffered, false);
+    window.orderFront();
+    const NSModalSession session = application.beginModalSessionForWindow(window);
+    EXPECT_EQ(window.frame().origin.x, 5); // the user had it there
+    application.endModalSession(session);
+    EXPECT_TRUE(native().isShown && !native().isModal);
 }
 
 TEST_F(HtmlModal, TakesThePagesTitleIfItIsTheLoadDelegate) {

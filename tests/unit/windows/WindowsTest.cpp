@@ -191,6 +191,13 @@ TEST_F(Windows, CloseUnlessTheDelegateRefuses) {
     window.close(); // is closed already
     EXPECT_EQ(told, 1);
     center.removeObserver(observer);
+
+    auto own = std::make_unique<NSWindow>(NSMakeRect(0, 0, 1, 1), titled, buffered, false);
+    own->orderFront();
+    const auto destroyer = center.addObserver(
+        NSWindowWillCloseNotification, own.get(), [&](const NSNotification&) { own.reset(); });
+    own->close(); // by an observer that destroys it
+    center.removeObserver(destroyer);
 }
 
 TEST(SimpleAlert, WarnsWithOneButton) {
