@@ -25,6 +25,8 @@
 #include <functional>
 #include <map>
 
+#include <unistd.h>
+
 namespace {
 
 using namespace kw;
@@ -358,6 +360,8 @@ int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     if (GTEST_FLAG_GET(list_tests))
         return RUN_ALL_TESTS();
+    if (::geteuid() == 0)
+        qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1"); // else the engine does not run
     qt::useQtWeb();
     const QApplication application(argc, argv);
     return RUN_ALL_TESTS();
