@@ -14,11 +14,10 @@ int main(int argc, char** argv) {
     const kw::test::PrivateDisplay display;
     qputenv("DISPLAY", display.name().c_str());
     qputenv("QT_QPA_PLATFORM", "xcb");
-    // Before Qt looks for one.
-    const kw::test::ChildProcess manager({"openbox", "--sm-disable"});
-    kw::test::ChildProcess watch({"xprop", "-spy", "-root", "_NET_SUPPORTING_WM_CHECK"});
-    for (auto line = watch.readLine(); line && line->find("window id") == std::string::npos;)
-        line = watch.readLine();
+    // It takes the focus when it starts.
+    kw::test::ChildProcess manager({"openbox", "--sm-disable", "--startup", "echo started"});
+    for (auto line = manager.readLine(); line && *line != "started";)
+        line = manager.readLine();
     const QApplication application(argc, argv);
     return RUN_ALL_TESTS();
 }
