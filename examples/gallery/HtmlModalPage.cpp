@@ -32,6 +32,7 @@ namespace {
 
 constexpr kw::NSSize modalSize {460, 340};
 constexpr QPoint linkPlace {40, 30}; // in the page
+constexpr QRect picturePlace {300, 40, 120, 50};
 constexpr int stopCode = 7;
 
 struct Case {
@@ -221,11 +222,18 @@ void HtmlModalPage::steps(Tour& tour) {
             QWidget* const page = pageIn(modal);
             const bool hasText = page && QFile::exists(m_folder.filePath(each.fileName))
                 && each.fileName != std::string();
-            tour.expect(each.title, hasText ? "drawn" : "blank", [&] {
-                return page && !isUniform(tour.pictureOf(*page).toImage()) ? "drawn" : "blank";
-            });
+            const auto drawnAt = [&](const QRect& place) {
+                return page && !isUniform(tour.pictureOf(*page).toImage().copy(place)) ? "drawn"
+                                                                                       : "blank";
+            };
+            tour.expect(each.title, hasText ? "drawn" : "blank",
+                [&] { return drawnAt({QPoint(), page ? page->size() : QSize()}); });
+            const bool isTerms = hasText && each.fileName == std::string("terms.html");
+            if (isTerms)
+                tour.expect(
+                    "the picture beside it", "drawn", [&] { return drawnAt(picturePlace); });
             tour.takePicture(QString("web-page-2-") + each.pictureName, tour.pictureOf(modal));
-            if (hasText && each.fileName == std::string("terms.html")) {
+            if (isTerms) {
                 QWidget& target = page->focusProxy() ? *page->focusProxy() : *page;
                 tour.hands().pressMouse(target, linkPlace);
                 tour.hands().releaseMouse(target, linkPlace);

@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QPainter>
 #include <QPointer>
 #include <QScreen>
 #include <QTest>
@@ -112,13 +113,28 @@ void Tour::takePicture(const QString& name, const QPixmap& picture) {
     m_failures += !isSaved;
 }
 
+QPixmap Tour::screenAt(const QRect& place) {
+    return QGuiApplication::primaryScreen()->grabWindow(
+        0, place.x(), place.y(), place.width(), place.height());
+}
+
 QPixmap Tour::pictureOf(QWidget& widget) {
     if (!hands().areReal())
         return widget.grab();
-    const QRect place = widget.isWindow() ? widget.frameGeometry()
-                                          : QRect(widget.mapToGlobal(QPoint()), widget.size());
-    return QGuiApplication::primaryScreen()->grabWindow(
-        0, place.x(), place.y(), place.width(), place.height());
+    return screenAt(widget.isWindow() ? widget.frameGeometry()
+                                      : QRect(widget.mapToGlobal(QPoint()), widget.size()));
+}
+
+QPixmap Tour::pictureOf(QWidget& front, QWidget& back) {
+    const QRect all = front.frameGeometry() | back.frameGeometry();
+    if (hands().areReal())
+        return screenAt(all);
+    QPixmap picture(all.size());
+    picture.fill(QColor("#8a94a6"));
+    QPainter painter(&picture);
+    for (QWidget* const window : {&back, &front})
+        painter.drawPixmap(window->geometry().topLeft() - all.topLeft(), window->grab());
+    return picture;
 }
 
 void Tour::write(const QString& line) {

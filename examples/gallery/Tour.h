@@ -37,12 +37,16 @@ public:
     void takePicture(const QString& name, const QPixmap& picture);
     /// As it looks on the screen where there is one, a window with its frame.
     QPixmap pictureOf(QWidget& widget);
+    /// The one window in front of the other.
+    QPixmap pictureOf(QWidget& front, QWidget& back);
     void write(const QString& line);
 
     /// Ends the log. Whether everything expected was seen.
     bool finish();
 
 private:
+    static QPixmap screenAt(const QRect& place);
+
     QWidget& m_window;
     QDir m_folder;
     QFile m_log;

@@ -20,7 +20,6 @@
 
 #include <QAbstractButton>
 #include <QApplication>
-#include <QPainter>
 #include <QScreen>
 #include <QTest>
 
@@ -268,20 +267,6 @@ void WindowsPage::update() {
 
 void WindowsPage::visit(Tour& tour, QWidget& page) { static_cast<WindowsPage&>(page).steps(tour); }
 
-QPixmap WindowsPage::picture() const {
-    const QWidget& gallery = *window();
-    QWidget& shown = *widgetOf(*chosen().content)->window();
-    const QRect all = gallery.frameGeometry() | shown.frameGeometry();
-    QPixmap picture(all.size());
-    picture.fill(QColor("#8a94a6"));
-    QPainter painter(&picture);
-    painter.drawPixmap(gallery.geometry().topLeft() - all.topLeft(), window()->grab());
-    painter.setOpacity(
-        chosen().window->opacity() == kw::NSWindowOpacity::window ? shown.windowOpacity() : 1);
-    painter.drawPixmap(shown.geometry().topLeft() - all.topLeft(), shown.grab());
-    return picture;
-}
-
 void WindowsPage::visitChosen(Tour& tour, const QString& name) {
     const Shown& shown = chosen();
     const auto state = [this] { return m_state->text(); };
@@ -290,6 +275,7 @@ void WindowsPage::visitChosen(Tour& tour, const QString& name) {
         tour.expect("the window", "shown by a widget", [] { return "not"; });
         return;
     }
+    const auto picture = [&] { return tour.pictureOf(*widget->window(), *window()); };
     const auto opacity = [&] {
         const QPoint place(widget->width() / 2, 12);
         return widget->window()->windowOpacity() >= 1

@@ -46,7 +46,6 @@ private:
 
     void steps(Tour& tour);
     void visitChosen(Tour& tour, const QString& name);
-    QPixmap picture() const;
 
     QButtonGroup* m_choice;
     QPushButton* m_fadeIn;
