@@ -95,9 +95,16 @@ double dialog(const std::string& url) {
     return seconds(end - begin);
 }
 
+void waitFor(double time) {
+    QTimer::singleShot(static_cast<int>(time * 1e3), qApp, [] { QApplication::exit(); });
+    QApplication::exec();
+}
+
 void open(benchmark::State& state, double (*show)(const std::string&), const std::string& url) {
-    for (auto _ : state)
+    for (auto _ : state) {
         state.SetIterationTime(show(url));
+        waitFor(0.1); // what is left to do of the former window
+    }
 }
 
 /// When each frame of a fade was shown.
@@ -127,11 +134,6 @@ private:
     }
     Frames& m_frames;
 };
-
-void waitFor(double time) {
-    QTimer::singleShot(static_cast<int>(time * 1e3), qApp, [] { QApplication::exit(); });
-    QApplication::exec();
-}
 
 Frames worst(const std::vector<Frames>& all) {
     return *std::ranges::min_element(all, {}, [](const Frames& one) { return one.times.size(); });

@@ -5,6 +5,8 @@
 #include <KWToolkit/platform/Guarded.h>
 #include <KWToolkitQtWeb/PageScheme.h>
 
+#include <QCoreApplication>
+#include <QPointer>
 #include <QWebEngineDownloadRequest>
 #include <QWebEngineHistory>
 #include <QWebEngineNewWindowRequest>
@@ -61,11 +63,23 @@ QWebEngineScript scrollLock() {
     return script;
 }
 
+/// Owns the pages that are still there when the application ends: they go before the engine,
+/// as long as that was there first.
+QObject& remainingPages() {
+    static QPointer<QObject> pages;
+    if (!pages) {
+        pages = new QObject;
+        qAddPostRoutine([] { delete pages; });
+    }
+    return *pages;
+}
+
 } // namespace
 
 WebPage::WebPage(WebView& view)
     : QWebEnginePage(QWebEngineProfile::defaultProfile())
     , m_view(&view) {
+    setParent(&remainingPages());
     PageScheme::shared();
     QWebEngineSettings& own = *settings();
     own.setAttribute(QWebEngineSettings::ErrorPageEnabled, false);
