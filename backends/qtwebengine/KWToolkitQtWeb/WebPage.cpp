@@ -110,21 +110,11 @@ WebPage::WebPage(WebView& view)
 
 WebPage::~WebPage() { PageScheme::shared().remove(m_source); }
 
-void WebPage::leave() {
-    m_view = nullptr;
-    if (m_calls == 0)
-        delete this;
-    else
-        deleteLater();
-}
-
 void WebPage::tell(const std::function<void(WebView&)>& task) {
     if (!m_view)
         return;
     const std::shared_ptr<NSObject> alive = m_view->weak_from_this().lock();
-    ++m_calls;
     callGuarded([&] { task(*m_view); });
-    --m_calls;
 }
 
 QUrl WebPage::addressOf(const WebContent& content) {

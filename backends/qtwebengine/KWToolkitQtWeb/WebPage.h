@@ -21,8 +21,8 @@ public:
     /// An empty page, of which nobody is told.
     void showNothing();
     void setAllowsScrolling(bool allows);
-    /// The view goes, and the page with it: now, or once a call to the view's delegates has ended.
-    void leave();
+    /// The view goes: nothing is told or asked any more.
+    void leave() { m_view = nullptr; }
 
 protected:
     bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) override;
@@ -47,8 +47,7 @@ private:
     void finished(bool isLoaded);
     void titled(const QString& title);
 
-    WebView* m_view;
-    int m_calls = 0;
+    WebView* m_view; // null once it is gone
     QUrl m_source; // in our scheme
     QDateTime m_visitedBefore; // the page before the one that was let load last
     bool m_isInvalid = false;

@@ -20,6 +20,9 @@ public:
         , m_page(new WebPage(view))
         , m_widget(*new QWebEngineView(&parent)) {
         m_widget.setPage(m_page);
+        // Not before: a widget without a page makes one of its own. And it may be the page that
+        // ends it.
+        QObject::connect(&m_widget, &QObject::destroyed, m_page, &QObject::deleteLater);
         m_widget.setFocusPolicy(Qt::ClickFocus);
         m_widget.setAcceptDrops(false);
         m_widget.addAction(m_widget.pageAction(QWebEnginePage::Copy));
