@@ -24,7 +24,7 @@ public:
     void restart();
 
 private:
-    void start(const std::vector<std::string>& arguments);
+    void start();
 
     std::optional<ChildProcess> m_server;
     std::string m_name;
