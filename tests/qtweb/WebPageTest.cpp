@@ -179,15 +179,16 @@ TEST_F(WebPageTest, APageReadsWhatLiesBesideIt) {
 
     ASSERT_TRUE(show(html, fileURLOfPath(folder.path() + "/")));
     EXPECT_TRUE(becomes(25, 25, blue));
-    EXPECT_EQ(colorAt(150, 100), red);
+    EXPECT_TRUE(becomes(150, 100, red));
     EXPECT_THAT(delegate->titles, ElementsAre("Terms"));
-    ASSERT_TRUE(request(fileURLOfPath(folder.path("page.html"))));
-    EXPECT_TRUE(becomes(25, 25, blue));
-    EXPECT_EQ(colorAt(150, 100), red);
 
     ASSERT_TRUE(show(std::string(3'000'000, ' ') + box("red")));
+    EXPECT_TRUE(becomes(150, 150, white));
     EXPECT_TRUE(becomes(150, 50, red));
-    EXPECT_EQ(colorAt(150, 150), white);
+
+    ASSERT_TRUE(request(fileURLOfPath(folder.path("page.html"))));
+    EXPECT_TRUE(becomes(25, 25, blue));
+    EXPECT_TRUE(becomes(150, 100, red));
 }
 
 /// Every one is a picture or a page that would fill the view.
@@ -198,7 +199,8 @@ TEST_F(WebPageTest, APageReadsNoFileElsewhere) {
     std::filesystem::create_symlink(folder.path("outside.html"), folder.path("inside/link.html"));
     const std::string base = fileURLOfPath(folder.path("inside") + "/");
     const auto frameOf = [](const std::string& address) {
-        return "<body style='margin:0'><iframe style='border:0' width=300 height=100 src='"
+        return "<body style='margin:0;background:blue'><iframe style='border:0;display:block' "
+               "width=300 height=100 src='"
             + address + "'></iframe>";
     };
     ASSERT_TRUE(show(frameOf("below/seen.html"), base));
@@ -209,6 +211,7 @@ TEST_F(WebPageTest, APageReadsNoFileElsewhere) {
     for (const std::string address : {"../outside.html", "..%2foutside.html", "link.html", ".",
              "//page1/x.html", "kwtoolkit-page://page1/", outside.c_str()}) {
         show(frameOf(address), base);
+        EXPECT_TRUE(becomes(150, 150, blue));
         QTest::qWait(50);
         EXPECT_NE(colorAt(150, 50), red) << address;
     }
@@ -241,7 +244,7 @@ TEST_F(WebPageTest, WhatIsTallerIsCutOff) {
     frame().setAllowsScrolling(true);
     ASSERT_TRUE(show(tall));
     ASSERT_TRUE(becomes(150, 50, red));
-    EXPECT_NE(colorAt(297, 20), red);
+    EXPECT_TRUE(pumpUntil([&] { return colorAt(297, 20) != red; }));
     click(20, 20);
     EXPECT_TRUE(becomes(150, 50, blue));
 }
@@ -284,7 +287,7 @@ TEST_F(WebPageTest, ALinkAsksAndGoesNowhereUnlessAllowed) {
         EXPECT_TRUE(pumpUntil([&] { return !delegate->asked.empty(); })) << leaving;
         EXPECT_THAT(delegate->asked, ElementsAre("not a link " + base + "x.html")) << leaving;
         QTest::qWait(50);
-        EXPECT_EQ(colorAt(150, 50), red);
+        EXPECT_TRUE(becomes(150, 50, red));
     }
 
     delegate->isAllowing = true;
@@ -335,8 +338,7 @@ TEST_F(WebPageTest, PagesOfTheNetworkAndTheirTitles) {
     ASSERT_TRUE(show("<link rel=stylesheet href='blue.css'>", server.url("/folder")));
     EXPECT_TRUE(becomes(150, 150, blue));
     ASSERT_TRUE(request(server.url("/curious")));
-    QTest::qWait(50);
-    EXPECT_EQ(colorAt(150, 50), white);
+    EXPECT_TRUE(becomes(150, 50, white));
     EXPECT_THAT(delegate->titles, ElementsAre("Curious"));
     for (const std::string& url : {server.url("/file"), server.url("/locked"), server.url("/none"),
              std::string("http://127.0.0.1:1/"), std::string("relative"), std::string()})
@@ -345,9 +347,11 @@ TEST_F(WebPageTest, PagesOfTheNetworkAndTheirTitles) {
 }
 
 TEST_F(WebPageTest, ScriptsRunAsThePreferencesSay) {
-    const std::string page = box("red") + "<script>document.body.innerHTML = ''</script>";
+    const std::string page = box("red")
+        + "<script>document.body.innerHTML = '';"
+          "document.body.style.background = 'blue'</script>";
     ASSERT_TRUE(show(page));
-    EXPECT_TRUE(becomes(150, 50, white));
+    EXPECT_TRUE(becomes(150, 50, blue));
     preferences().setJavaScriptEnabled(false);
     ASSERT_TRUE(show(page));
     EXPECT_TRUE(becomes(150, 50, red));
